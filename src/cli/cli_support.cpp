@@ -1,0 +1,162 @@
+#include "cli/cli_support.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+
+#include "files/file_io.h"
+#include "files/score_file.h"
+#include "score/text_fields.h"
+
+namespace lirenza::cli {
+
+Args::Args(const std::vector<std::string>& argv, const std::vector<std::string>& valueOptions,
+           const std::vector<std::string>& flagOptions) {
+  auto has = [](const std::vector<std::string>& v, const std::string& s) {
+    return std::find(v.begin(), v.end(), s) != v.end();
+  };
+  for (std::size_t i = 0; i < argv.size(); ++i) {
+    const std::string& a = argv[i];
+    if (a.size() > 1 && a[0] == '-' && !(a.size() > 1 && std::isdigit(static_cast<unsigned char>(a[1])))) {
+      std::string name = a, value;
+      bool inlineValue = false;
+      if (auto eq = a.find('='); eq != std::string::npos && a.rfind("--", 0) == 0) {
+        name = a.substr(0, eq);
+        value = a.substr(eq + 1);
+        inlineValue = true;
+      }
+      if (has(valueOptions, name)) {
+        if (!inlineValue) {
+          if (i + 1 >= argv.size()) throw UsageError("option " + name + " needs a value");
+          value = argv[++i];
+        }
+        values_[name] = value;
+      } else if (has(flagOptions, name) && !inlineValue) {
+        flags_.push_back(name);
+      } else {
+        throw UsageError("unknown option " + a + " (see lirenza-cli --help)");
+      }
+    } else {
+      positional_.push_back(a);
+    }
+  }
+}
+
+std::optional<std::string> Args::Value(const std::string& option) const {
+  auto it = values_.find(option);
+  if (it == values_.end()) return std::nullopt;
+  return it->second;
+}
+
+bool Args::Flag(const std::string& option) const {
+  return std::find(flags_.begin(), flags_.end(), option) != flags_.end();
+}
+
+std::string Args::OnePositional(const std::string& what) const {
+  if (positional_.empty()) throw UsageError("missing " + what);
+  if (positional_.size() > 1) throw UsageError("unexpected argument " + positional_[1]);
+  return positional_[0];
+}
+
+std::string Args::Required(const std::string& option, const std::string& what) const {
+  auto v = Value(option);
+  if (!v || v->empty()) throw UsageError("missing " + option + " " + what);
+  return *v;
+}
+
+std::optional<int> Args::IntOption(const std::string& option, int lo, int hi) const {
+  auto v = Value(option);
+  if (!v) return std::nullopt;
+  return ParseInt(*v, lo, hi, option);
+}
+
+int ParseInt(const std::string& text, int lo, int hi, const std::string& what) {
+  bool ok = !text.empty();
+  for (std::size_t i = 0; i < text.size() && ok; ++i)
+    ok = std::isdigit(static_cast<unsigned char>(text[i])) || (i == 0 && text[i] == '-' && text.size() > 1);
+  long long v = ok && text.size() < 12 ? std::stoll(text) : lo - 1LL;
+  if (!ok || v < lo || v > hi)
+    throw UsageError(what + " must be a whole number from " + std::to_string(lo) + " to " +
+                     std::to_string(hi) + ", not \"" + text + "\"");
+  return static_cast<int>(v);
+}
+
+std::string JsonString(const std::string& s) {
+  std::string out = "\"";
+  for (unsigned char c : s) {
+    switch (c) {
+      case '"': out += "\\\""; break;
+      case '\\': out += "\\\\"; break;
+      case '\n': out += "\\n"; break;
+      case '\r': out += "\\r"; break;
+      case '\t': out += "\\t"; break;
+      default:
+        if (c < 0x20) {
+          char buf[8];
+          std::snprintf(buf, sizeof buf, "\\u%04x", c);
+          out += buf;
+        } else {
+          out += static_cast<char>(c);
+        }
+    }
+  }
+  return out + "\"";
+}
+
+namespace {
+
+bool ValidUtf8(const std::string& s) {
+  for (std::size_t i = 0; i < s.size();) {
+    const unsigned char c = s[i];
+    const int extra = c < 0x80 ? 0 : (c & 0xE0) == 0xC0 ? 1 : (c & 0xF0) == 0xE0 ? 2 : (c & 0xF8) == 0xF0 ? 3 : -1;
+    if (extra < 0 || i + extra >= s.size()) return false;
+    for (int k = 1; k <= extra; ++k)
+      if ((static_cast<unsigned char>(s[i + k]) & 0xC0) != 0x80) return false;
+    i += extra + 1;
+  }
+  return true;
+}
+
+bool IsWholeNumber(const std::string& f) {
+  if (f.empty()) return false;
+  std::size_t i = f[0] == '-' ? 1 : 0;
+  if (i == f.size()) return false;
+  for (; i < f.size(); ++i)
+    if (!std::isdigit(static_cast<unsigned char>(f[i]))) return false;
+  return true;
+}
+
+}  // namespace
+
+std::string ScoreTextProblem(const std::string& text) {
+  if (text.find('\0') != std::string::npos || !ValidUtf8(text)) return "is not a text file";
+  if (text.find(';') == std::string::npos) return "has no score fields (no \";\" in it)";
+  std::string notes = Field(text, ";", 1);
+  while (!notes.empty() && (notes.back() == ' ' || notes.back() == '\n' || notes.back() == '\r')) notes.pop_back();
+  if (notes.empty()) return {};
+  int k = 0;
+  for (const auto& record : SplitFields(notes, " ")) {
+    ++k;
+    auto f = SplitFields(record, ",");
+    if (f.size() < 11 || !IsWholeNumber(f[0]) || !IsWholeNumber(f[1]) || !IsWholeNumber(f[3]))
+      return "has a note record that cannot be read (record " + std::to_string(k) + ": \"" +
+             record.substr(0, 40) + "\")";
+  }
+  return {};
+}
+
+ScoreFile ReadScoreStrict(const std::string& path) {
+  std::string error;
+  auto text = ReadWholeFile(path, &error);
+  if (!text) throw RunError(error);
+  if (auto problem = ScoreTextProblem(*text); !problem.empty())
+    throw RunError(path + " " + problem + "; is it a .note score?");
+  return ParseScoreFile(*text);
+}
+
+void WriteOutput(const std::string& path, const std::string& bytes) {
+  std::string error;
+  if (!WriteFileAtomically(path, bytes, &error)) throw RunError(error);
+}
+
+}  // namespace lirenza::cli

@@ -1,0 +1,58 @@
+#pragma once
+// What every subcommand of lirenza-cli shares: option parsing that names the bad
+// option, one-line errors, JSON text, and reading a score the strict way.
+#include <map>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "files/score_file.h"
+
+namespace lirenza::cli {
+
+// Thrown for anything the user must fix; main prints it as one line and exits 2.
+struct UsageError : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+// Thrown when the work itself fails (a file cannot be read or written); exit 1.
+struct RunError : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+class Args {
+ public:
+  // valueOptions take a value ("-o", "--tempo"); flagOptions do not ("--json").
+  Args(const std::vector<std::string>& argv, const std::vector<std::string>& valueOptions,
+       const std::vector<std::string>& flagOptions);
+  const std::vector<std::string>& Positional() const { return positional_; }
+  std::optional<std::string> Value(const std::string& option) const;
+  bool Flag(const std::string& option) const;
+  // The one positional argument the command needs, named in the error when missing.
+  std::string OnePositional(const std::string& what) const;
+  std::string Required(const std::string& option, const std::string& what) const;
+  // An integer option within [lo, hi]; nullopt when absent.
+  std::optional<int> IntOption(const std::string& option, int lo, int hi) const;
+
+ private:
+  std::vector<std::string> positional_;
+  std::map<std::string, std::string> values_;
+  std::vector<std::string> flags_;
+};
+
+// A whole decimal number in [lo, hi], or a UsageError naming `what`.
+int ParseInt(const std::string& text, int lo, int hi, const std::string& what);
+
+std::string JsonString(const std::string& s);
+
+// Reads a .note file. Unlike the window, which loads any text as far as it goes, a
+// batch run stops at a file that is not a score, so a script never converts garbage
+// silently.
+ScoreFile ReadScoreStrict(const std::string& path);
+
+// Why a text is not a score; empty when it reads as one.
+std::string ScoreTextProblem(const std::string& text);
+
+void WriteOutput(const std::string& path, const std::string& bytes);
+
+}  // namespace lirenza::cli

@@ -1,0 +1,15 @@
+#pragma once
+#include <string>
+#include <vector>
+
+namespace lirenza::cli {
+
+using Argv = std::vector<std::string>;
+
+int RunMidi(const Argv& args);
+int RunTuning(const Argv& args);
+int RunKestra(const Argv& args);
+int RunScale(const Argv& args);
+int RunInspect(const Argv& args);
+
+}  // namespace lirenza::cli

@@ -1,0 +1,148 @@
+// Subcommands that read or write scores: midi, kestra, scale, inspect.
+#include <cstdio>
+#include <iostream>
+#include <map>
+
+#include "cli/cli_support.h"
+#include "cli/commands.h"
+#include "files/midi_writer.h"
+#include "files/score_file.h"
+#include "score/note_tables.h"
+#include "tuning/scale_lines.h"
+#include "violin/event_list.h"
+#include "violin/instrument_table.h"
+#include "violin/tempo_table.h"
+
+namespace lirenza::cli {
+
+namespace {
+
+double ParseGate(const std::string& text) {
+  if (text == "0.75") return 0.75;
+  if (text == "0.85") return 0.85;
+  if (text == "0.95") return 0.95;
+  throw UsageError("--gate must be 0.75, 0.85 or 0.95, not \"" + text + "\"");
+}
+
+// A freshly opened window, after its start-up pause has filled the two text fields.
+Staff FreshStaff() {
+  Staff staff;
+  staff.title = "曲名";
+  staff.comment = "作曲家/解説";
+  return staff;
+}
+
+void SaveStaff(Staff& staff, const std::string& out) {
+  WindowSettings settings;  // group 5 (strings), row 0 (violin), tempo 7
+  WriteOutput(out, SaveFileText(staff, settings));
+}
+
+}  // namespace
+
+int RunMidi(const Argv& argv) {
+  Args args(argv, {"-o", "--tempo", "--gate", "--instrument"}, {});
+  const std::string in = args.OnePositional("score file (lirenza-cli midi SCORE.note -o OUT.mid)");
+  const std::string out = args.Required("-o", "OUT.mid");
+  const auto tempoOption = args.IntOption("--tempo", 0, kTempoSliderMax);
+  const double gate = args.Value("--gate") ? ParseGate(*args.Value("--gate")) : 0.95;
+  const auto instOption = args.IntOption("--instrument", 1, 16512);
+
+  const ScoreFile file = ReadScoreStrict(in);
+  Staff staff;
+  const int sliderFromFile = ApplyScoreFile(staff, file);
+  const int inst = instOption ? *instOption : InstrumentFromMenus(file.instrumentGroup, file.instrumentRow);
+  const TempoRow tempo = TempoForSlider(tempoOption ? *tempoOption : sliderFromFile);
+  const auto bytes = SaveMidiBytes(staff.icv, gate, tempo.tempo, inst);
+  WriteOutput(out, std::string(bytes.begin(), bytes.end()));
+  return 0;
+}
+
+int RunKestra(const Argv& argv) {
+  Args args(argv, {"-o", "--title"}, {});
+  const std::string line = args.OnePositional("line of note tokens, such as \"C498 D498 E492\"");
+  const std::string out = args.Required("-o", "OUT.note");
+  Staff staff = FreshStaff();
+  ChangeKestra(staff, line);
+  if (auto title = args.Value("--title")) SetTitle(staff, *title);
+  SaveStaff(staff, out);
+  return 0;
+}
+
+int RunScale(const Argv& argv) {
+  Args args(argv, {"-o"}, {"--list"});
+  if (args.Flag("--list")) {
+    if (!args.Positional().empty()) throw UsageError("--list takes no index");
+    for (int i = 0; i < kScaleCount; ++i)
+      std::cout << i << '\t' << kScaleLines[i].caption << '\n';
+    return 0;
+  }
+  const int index = ParseInt(args.OnePositional("scale index 0 to 35 (see lirenza-cli scale --list)"), 0,
+                             kScaleCount - 1, "the scale index");
+  const std::string out = args.Required("-o", "OUT.note");
+  Staff staff = FreshStaff();
+  ChangeKestra(staff, kScaleLines[index].line);
+  SetTitle(staff, ScaleTitle(index));
+  SaveStaff(staff, out);
+  return 0;
+}
+
+int RunInspect(const Argv& argv) {
+  Args args(argv, {}, {"--json"});
+  const std::string in = args.OnePositional("score file (lirenza-cli inspect SCORE.note)");
+  Staff staff;
+  ApplyScoreFile(staff, ReadScoreStrict(in));
+  const auto events = BuildEventList(staff.icv, 1.0, 0.95);
+
+  // One row per note in playing order: its on event, and the length until its off.
+  struct Row {
+    int place;
+    double start, length;
+    int pitch, velocity;
+  };
+  std::vector<Row> rows;
+  std::map<int, std::size_t> open;
+  for (std::size_t i = 1; i < events.size(); ++i) {
+    const auto& e = events[i];
+    auto it = open.find(e.place);
+    if (it == open.end()) {
+      open[e.place] = rows.size();
+      rows.push_back({e.place, e.time, 0, e.pitch, e.velocity});
+    } else {
+      rows[it->second].length = e.time - rows[it->second].start;
+      open.erase(it);
+    }
+  }
+  const bool json = args.Flag("--json");
+  char buf[160];
+  if (json) {
+    std::cout << "{\"title\":" << JsonString(staff.title) << ",\"keyN\":" << staff.keyN
+              << ",\"timeN\":" << staff.timeN << ",\"notes\":[";
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      const auto& r = rows[i];
+      std::snprintf(buf, sizeof buf, "%s{\"place\":%d,\"token\":", i ? "," : "", r.place);
+      std::cout << buf << JsonString(staff.icv[r.place].note);
+      std::snprintf(buf, sizeof buf, ",\"start\":%.0f,\"length\":%.0f,\"pitch\":%d,\"velocity\":%d}", r.start,
+                    r.length, r.pitch, r.velocity);
+      std::cout << buf;
+    }
+    std::cout << "],\"events\":[";
+    for (std::size_t i = 1; i < events.size(); ++i) {
+      const auto& e = events[i];
+      std::snprintf(buf, sizeof buf, "%s{\"place\":%d,\"time\":%.0f,\"pitch\":%d,\"velocity\":%d}",
+                    i > 1 ? "," : "", e.place, e.time, e.pitch, e.velocity);
+      std::cout << buf;
+    }
+    std::cout << "]}\n";
+    return 0;
+  }
+  std::cout << "# " << staff.title << " — " << staff.NoteCount() << " notes, " << (events.size() - 1)
+            << " events, times in microseconds at tempo factor 1.0, gate 0.95\n";
+  std::cout << "place\tstart\tlength\tpitch\tvelocity\ttoken\n";
+  for (const auto& r : rows) {
+    std::snprintf(buf, sizeof buf, "%d\t%.0f\t%.0f\t%d\t%d\t", r.place, r.start, r.length, r.pitch, r.velocity);
+    std::cout << buf << staff.icv[r.place].note << '\n';
+  }
+  return 0;
+}
+
+}  // namespace lirenza::cli

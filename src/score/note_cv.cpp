@@ -1,0 +1,24 @@
+#include "score/note_cv.h"
+
+#include "score/note_tables.h"
+
+namespace lirenza {
+
+void FillFromToken(NoteCV& note, std::string_view token) {
+  note.note = std::string(token);
+  std::string_view name = token.size() >= 2 ? token.substr(0, token.size() - 2) : std::string_view{};
+  std::string_view base = name.substr(0, 2);
+  note.nline = NotePit(base);
+  note.sf = NoteSf(name);
+  note.sib = NoteSib(name);
+  note.noteNo = note.nline + note.sf + note.ks;
+  note.ve = token.size() >= 2 ? std::string(token.substr(token.size() - 2, 1)) : std::string();
+  note.dr = token.empty() ? std::string() : std::string(token.substr(token.size() - 1));
+}
+
+void RepaintToken(NoteCV& note) {
+  note.noteNo = note.nline + note.sf + note.ks;
+  note.note = NoteStr(note.noteNo, note.sf) + note.ve + note.dr;
+}
+
+}  // namespace lirenza

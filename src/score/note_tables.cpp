@@ -1,0 +1,159 @@
+#include "score/note_tables.h"
+
+#include <array>
+#include <cctype>
+
+#include "score/text_fields.h"
+
+namespace lirenza {
+
+const std::string_view kStaffLineTable =
+    "108,107,105,103,101,100,98,96,95,93,91,89,88,86,84,83,81,79,77,76,74,72,71,69,67,65,64,62,"
+    "60,59,57,55,53,52,50,48,47,45,43,41,40,38,36,35,33,31,29,28,26,24,23,21";
+const std::string_view kVelocityTable = "0,5,10,20,30,40,50,60,70,75,85,90,100,110,120,127";
+const std::string_view kDurationTable =
+    "1920,1440,960,720,480,420,360,320,240,180,160,120,80,60,40,30";
+const std::string_view kVelocityHexTable = "00,05,0A,14,1E,28,32,3C,46,4B,55,5A,64,6E,78,7F";
+const std::string_view kEntryVelocityDigits = "3,5,7,8,9,A,B,D,F";
+
+namespace {
+
+// Pitch names by MIDI number, 0 to 108. The first octave is irregular: it has no
+// octave digit and a leading "-", and pitch 0 is "00".
+const std::string_view kSharpNames =
+    "00,-C#,-D,-D#,-E,-F,-F#,-G,-G#,-A,-A#,-B,"
+    "C0,C0#,D0,D0#,E0,F0,F0#,G0,G0#,A0,A0#,B0,"
+    "C1,C1#,D1,D1#,E1,F1,F1#,G1,G1#,A1,A1#,B1,"
+    "C2,C2#,D2,D2#,E2,F2,F2#,G2,G2#,A2,A2#,B2,"
+    "C3,C3#,D3,D3#,E3,F3,F3#,G3,G3#,A3,A3#,B3,"
+    "C4,C4#,D4,D4#,E4,F4,F4#,G4,G4#,A4,A4#,B4,"
+    "C5,C5#,D5,D5#,E5,F5,F5#,G5,G5#,A5,A5#,B5,"
+    "C6,C6#,D6,D6#,E6,F6,F6#,G6,G6#,A6,A6#,B6,"
+    "C7,C7#,D7,D7#,E7,F7,F7#,G7,G7#,A7,A7#,B7,"
+    "C8";
+const std::string_view kFlatNames =
+    "00,-Db,-D,-Eb,-E,-F,-Gb,-G,-Ab,-A,-Bb,-B,"
+    "C0,D0b,D0,E0b,E0,F0,G0b,G0,A0b,A0,B0b,B0,"
+    "C1,D1b,D1,E1b,E1,F1,G1b,G1,A1b,A1,B1b,B1,"
+    "C2,D2b,D2,E2b,E2,F2,G2b,G2,A2b,A2,B2b,B2,"
+    "C3,D3b,D3,E3b,E3,F3,G3b,G3,A3b,A3,B3b,B3,"
+    "C4,D4b,D4,E4b,E4,F4,G4b,G4,A4b,A4,B4b,B4,"
+    "C5,D5b,D5,E5b,E5,F5,G5b,G5,A5b,A5,B5b,B5,"
+    "C6,D6b,D6,E6b,E6,F6,G6b,G6,A6b,A6,B6b,B6,"
+    "C7,D7b,D7,E7b,E7,F7,G7b,G7,A7b,A7,B7b,B7,"
+    "C8";
+
+// Pitch classes that key signature keyN alters; sharps for 1 to 7, flats for 8 to 14.
+const std::array<std::string_view, 15> kKeySignatureClasses = {
+    "", "5", "0,5", "0,5,7", "0,2,5,7", "0,2,5,7,9", "0,2,4,5,7,9", "0,2,4,5,7,9,11",
+    "11", "4,11", "4,9,11", "2,4,9,11", "2,4,7,9,11", "0,2,4,7,9,11", "0,2,4,5,7,9,11"};
+
+// Base Top of each pitch class in the octave of middle C, for kestra lines.
+const std::array<int, 12> kNoteLineBase = {114, 114, 111, 111, 108, 105, 105, 102, 102, 99, 99, 96};
+
+const std::string_view kKeySignaturePictures = "S0,S1,S2,S3,S4,S5,S6,S7,F1,F2,F3,F4,F5,F6,F7";
+const std::string_view kTimeSignaturePictures = "T4,T7,T3,T2,T1,T9,T5,T6,T8";
+
+bool IsNatural(int pitch) {
+  int pc = ((pitch % 12) + 12) % 12;
+  return pc == 0 || pc == 2 || pc == 4 || pc == 5 || pc == 7 || pc == 9 || pc == 11;
+}
+
+}  // namespace
+
+int NotePit(std::string_view name) {
+  if (name == "00") return 60;
+  for (int pitch = 21; pitch <= 108; ++pitch)
+    if (EqualsIgnoreCase(name, Field(kSharpNames, pitch + 1))) return pitch;
+  return 0;
+}
+
+int NoteSf(std::string_view name) {
+  if (name.empty()) return 0;
+  if (name.back() == '#') return 1;
+  if (name.back() == 'b' || name.back() == 'B') return -1;
+  return 0;
+}
+
+int NoteSib(std::string_view name) {
+  int sf = NoteSf(name);
+  return sf == 1 ? 1 : sf == -1 ? 2 : 0;
+}
+
+int NoteVel(std::string_view digit) { return IntVal(Field(kVelocityTable, HexVal(digit) + 1)); }
+
+int NoteTicks(std::string_view digit) { return IntVal(Field(kDurationTable, HexVal(digit) + 1)); }
+
+long long NoteDur(std::string_view digit, double d) {
+  return static_cast<long long>(NoteTicks(digit) * d * 1000);
+}
+
+std::string NoteStr(int pitch, int sf) {
+  if (pitch < 0 || pitch > 108) return {};
+  return Field(sf == -1 ? kFlatNames : kSharpNames, pitch + 1);
+}
+
+int StaffLinePitch(int top) { return IntVal(Field(kStaffLineTable, (top - 33) / 3)); }
+
+int NotePosition(int pitch) {
+  if (pitch < 22 || pitch > 108) return 189;
+  int natural = IsNatural(pitch) ? pitch : pitch + 1;
+  for (int n = 1; n <= 52; ++n)
+    if (IntVal(Field(kStaffLineTable, n)) == natural) return 33 + 3 * n;
+  return 189;
+}
+
+int NoteLine(int pitch) {
+  int pc = ((pitch % 12) + 12) % 12;
+  return kNoteLineBase[pc] - (pitch / 12 - 5) * 21;
+}
+
+int KeySignatureShift(int keyN, int nline) {
+  if (keyN < 1 || keyN > 14) return 0;
+  int pc = ((nline % 12) + 12) % 12;
+  for (const auto& f : SplitFields(kKeySignatureClasses[keyN], ","))
+    if (IntVal(f) == pc) return keyN <= 7 ? 1 : -1;
+  return 0;
+}
+
+NoteFamily EntryFamily(int top) {
+  if (top <= 78) return NoteFamily::U;
+  if (top <= 120) return NoteFamily::N;
+  if (top <= 141) return NoteFamily::U;
+  return NoteFamily::N;
+}
+
+NoteFamily KestraFamily(int top) {
+  if (top <= 75) return NoteFamily::U;
+  if (top <= 117) return NoteFamily::N;
+  if (top <= 150) return NoteFamily::U;
+  return NoteFamily::N;
+}
+
+NoteFamily MenuFamily(int top) {
+  if (top <= 75) return NoteFamily::U;
+  if (top <= 117) return NoteFamily::N;
+  if (top <= 159) return NoteFamily::U;
+  return NoteFamily::N;
+}
+
+NoteFamily TransposeFamily(int top) {
+  if (top <= 75) return NoteFamily::U;
+  if (top <= 117) return NoteFamily::N;
+  return NoteFamily::U;
+}
+
+std::string NotePictureName(char family, std::string_view digit) {
+  if (digit.size() != 1 || !std::isxdigit(static_cast<unsigned char>(digit[0]))) return {};
+  return std::string(1, family) + Hex(HexVal(digit));
+}
+
+std::string NotePictureName(NoteFamily family, std::string_view digit) {
+  return NotePictureName(family == NoteFamily::U ? 'u' : 'n', digit);
+}
+
+std::string KeySignaturePicture(int keyN) { return Field(kKeySignaturePictures, keyN + 1); }
+
+std::string TimeSignaturePicture(int timeN) { return Field(kTimeSignaturePictures, timeN + 1); }
+
+}  // namespace lirenza

@@ -1,0 +1,29 @@
+#pragma once
+// Just intonation tuned to the key of the score. Every sound of the program takes its
+// pitch from p, a fractional MIDI note number times 256 for each pitch index.
+#include <array>
+#include <string>
+#include <string_view>
+
+namespace lirenza {
+
+inline constexpr int kPitchTableSize = 145;
+
+struct TuningTables {
+  std::array<double, 12> scale{};          // Hz of the twelve degrees above the tonic
+  std::array<long long, kPitchTableSize> h{};  // whole Hz for each pitch index
+  std::array<long long, kPitchTableSize> p{};  // pitch for each index, semitones × 256
+  std::string sentStr;                     // the ratio list the EFR row reads from
+  std::array<std::string, 12> efr;         // ratio of each pitch class to the tonic
+  std::array<std::string, 12> efs;         // Hz of each pitch class around middle C
+  std::string keyName;                     // ST(39)
+};
+
+extern const std::string_view kKeyNames;   // the 15 key names, one literal
+extern const std::string_view kSentStr;
+
+// Rebuilds every table from keyN. Indexes outside the key's ten octaves keep what they
+// held, as a retuned instrument keeps strings it was not asked to retune.
+void PureScale(TuningTables& t, int keyN);
+
+}  // namespace lirenza

@@ -1,0 +1,22 @@
+#pragma once
+// The event list of playback: one note-on and one note-off for each note (a rest's are
+// silent), in time order, times in microseconds at the tempo factor the list was built
+// with. Element 0 is a blank that is never played.
+#include <vector>
+
+#include "score/note_cv.h"
+
+namespace lirenza {
+
+struct PlayEvent {
+  int place = 0;      // index of the note in icv that made the event
+  double time = 0;    // microseconds from the start of the piece, before the factor d
+  int pitch = 0;      // pitch index: the note's noteNo
+  int velocity = 0;   // 0 ends the note
+};
+
+// Orders the notes by Left as playback does and builds the list. `d` scales every
+// length; tGT is the share of a note that sounds.
+std::vector<PlayEvent> BuildEventList(const std::vector<NoteCV>& icv, double d, double tGT);
+
+}  // namespace lirenza
