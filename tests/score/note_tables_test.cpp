@@ -1,0 +1,210 @@
+// The token and pitch tables: each lookup at its boundaries and at the irregular
+// corners a hand-typed literal could get wrong.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "score/note_cv.h"
+#include "score/note_tables.h"
+
+using namespace lirenza;
+
+struct TokenCase {
+  const char* token;
+  int nline, sf, sib, noteNo;
+  const char* ve;
+  const char* dr;
+  const char* repainted;
+};
+
+TEST(NoteToken, ReadsFromItsEndAndRepaintsFromTheFields) {
+  const TokenCase cases[] = {
+      {"C498", 60, 0, 0, 60, "9", "8", "C498"},
+      {"E4b98", 64, -1, 2, 63, "9", "8", "E4b98"},
+      {"F4#98", 65, 1, 1, 66, "9", "8", "F4#98"},
+      {"A4#98", 69, 1, 1, 70, "9", "8", "A4#98"},
+      {"B4b98", 71, -1, 2, 70, "9", "8", "B4b98"},
+      {"G5#92", 79, 1, 1, 80, "9", "2", "G5#92"},
+      {"0008", 60, 0, 0, 60, "0", "8", "C408"},  // a rest's "00" reads as middle C
+      {"C408", 60, 0, 0, 60, "0", "8", "C408"},
+      {"c4f4", 60, 0, 0, 60, "f", "4", "C4f4"},   // names compare without case
+      {"A0#94", 21, 1, 1, 22, "9", "4", "A0#94"},
+      {"C8F0", 108, 0, 0, 108, "F", "0", "C8F0"},
+      {"X994", 0, 0, 0, 0, "9", "4", "0094"},     // unknown name: pitch 0, spelled "00"
+      {"4", 0, 0, 0, 0, "", "4", "004"},           // too short: what is there is read
+      {"", 0, 0, 0, 0, "", "", "00"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.token);
+    NoteCV n;
+    FillFromToken(n, c.token);
+    EXPECT_EQ(n.note, c.token);
+    EXPECT_EQ(n.nline, c.nline);
+    EXPECT_EQ(n.sf, c.sf);
+    EXPECT_EQ(n.sib, c.sib);
+    EXPECT_EQ(n.noteNo, c.noteNo);
+    EXPECT_EQ(n.ve, c.ve);
+    EXPECT_EQ(n.dr, c.dr);
+    RepaintToken(n);
+    EXPECT_EQ(n.note, c.repainted);
+  }
+}
+
+TEST(NoteToken, KeySignatureSpellsTheNoteWithoutItsOwnSign) {
+  // A B flat from the signature has no flat of its own and is written as A sharp.
+  NoteCV n;
+  FillFromToken(n, "B498");
+  n.ks = -1;
+  RepaintToken(n);
+  EXPECT_EQ(n.noteNo, 70);
+  EXPECT_EQ(n.note, "A4#98");
+}
+
+TEST(NoteStr, IrregularFirstOctaveAndTheEndsOfTheTables) {
+  struct Case {
+    int pitch;
+    const char* sharp;
+    const char* flat;
+  } cases[] = {
+      {-1, "", ""},       {0, "00", "00"},     {1, "-C#", "-Db"},  {2, "-D", "-D"},
+      {10, "-A#", "-Bb"}, {11, "-B", "-B"},    {12, "C0", "C0"},   {13, "C0#", "D0b"},
+      {22, "A0#", "B0b"}, {60, "C4", "C4"},    {61, "C4#", "D4b"}, {70, "A4#", "B4b"},
+      {106, "A7#", "B7b"}, {107, "B7", "B7"},  {108, "C8", "C8"},  {109, "", ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.pitch);
+    EXPECT_EQ(NoteStr(c.pitch, 0), c.sharp);
+    EXPECT_EQ(NoteStr(c.pitch, 1), c.sharp);
+    EXPECT_EQ(NoteStr(c.pitch, -1), c.flat);
+  }
+}
+
+TEST(NotePit, InvertsTheSharpTableFromA0ToC8Only) {
+  struct Case {
+    const char* name;
+    int pitch;
+  } cases[] = {{"00", 60}, {"A0", 21}, {"B0", 23}, {"C4", 60}, {"c4", 60}, {"A4", 69},
+               {"C8", 108}, {"G0", 0},  {"-C#", 0}, {"D8", 0},  {"H4", 0},  {"", 0}};
+  for (const auto& c : cases) EXPECT_EQ(NotePit(c.name), c.pitch) << c.name;
+  // Every natural and sharp name from A0 to C8 reads back as its own pitch.
+  for (int p = 21; p <= 108; ++p) EXPECT_EQ(NotePit(NoteStr(p, 0)), p) << p;
+}
+
+TEST(DigitTables, VelocityAndDurationByDigit) {
+  const int velocity[16] = {0, 5, 10, 20, 30, 40, 50, 60, 70, 75, 85, 90, 100, 110, 120, 127};
+  const int ticks[16] = {1920, 1440, 960, 720, 480, 420, 360, 320, 240, 180, 160, 120, 80, 60, 40, 30};
+  const char* digits = "0123456789ABCDEF";
+  for (int i = 0; i < 16; ++i) {
+    std::string d(1, digits[i]);
+    EXPECT_EQ(NoteVel(d), velocity[i]) << d;
+    EXPECT_EQ(NoteTicks(d), ticks[i]) << d;
+    std::string lower(1, static_cast<char>(std::tolower(digits[i])));
+    EXPECT_EQ(NoteVel(lower), velocity[i]) << lower;
+  }
+  // Unreadable digits read as 0: silence, and the longest length.
+  EXPECT_EQ(NoteVel(""), 0);
+  EXPECT_EQ(NoteVel("Z"), 0);
+  EXPECT_EQ(NoteTicks(""), 1920);
+  EXPECT_EQ(NoteTicks("x"), 1920);
+  EXPECT_EQ(NoteVel("10"), 0);  // past the table
+}
+
+TEST(DigitTables, NoteDurScalesByTheTempoFactor) {
+  EXPECT_EQ(NoteDur("4", 1.0), 480000);
+  EXPECT_EQ(NoteDur("4", 1.25), 600000);
+  EXPECT_EQ(NoteDur("4", 0.6), 288000);
+  EXPECT_EQ(NoteDur("0", 1.5), 2880000);
+  EXPECT_EQ(NoteDur("F", 0.65), 19500);
+  EXPECT_EQ(NoteDur("B", 0.95), 114000);
+}
+
+TEST(StaffPlaces, NotePositionReadsBlackKeysAsTheFlatAbove) {
+  struct Case {
+    int pitch, top;
+  } cases[] = {{60, 120}, {61, 117}, {59, 123}, {62, 117}, {70, 102}, {71, 102}, {108, 36},
+               {107, 39}, {106, 39}, {24, 183}, {23, 186}, {22, 186}, {21, 189}, {20, 189},
+               {0, 189},  {109, 189}, {120, 189}, {-5, 189}};
+  for (const auto& c : cases) EXPECT_EQ(NotePosition(c.pitch), c.top) << c.pitch;
+}
+
+TEST(StaffPlaces, NoteLineStandsTwoStepsAboveEntry) {
+  struct Case {
+    int pitch, top;
+  } cases[] = {{60, 114}, {72, 93}, {48, 135}, {61, 114}, {71, 96}, {69, 99}, {55, 123}, {108, 30}};
+  for (const auto& c : cases) EXPECT_EQ(NoteLine(c.pitch), c.top) << c.pitch;
+  for (int p = 21; p <= 108; ++p)
+    if (NoteStr(p, 0).find('#') == std::string::npos) {
+      EXPECT_EQ(NotePosition(p) - NoteLine(p), 6) << p;
+    }
+}
+
+TEST(StaffPlaces, StaffLineTableRunsThreePixelsADiatonicStep) {
+  EXPECT_EQ(StaffLinePitch(36), 108);
+  EXPECT_EQ(StaffLinePitch(120), 60);
+  EXPECT_EQ(StaffLinePitch(189), 21);
+  EXPECT_EQ(StaffLinePitch(121), 60);  // truncated to the line above
+  // An octave is seven steps, 21 pixels.
+  for (int top = 36; top + 21 <= 189; top += 3) EXPECT_EQ(StaffLinePitch(top) - StaffLinePitch(top + 21), 12) << top;
+}
+
+TEST(KeySignature, AltersTheLinesInTheOrderOfSharpsAndFlats) {
+  // Sharps come F C G D A E B, flats B E A D G C F: key k alters the first k of them.
+  const std::vector<int> sharps = {5, 0, 7, 2, 9, 4, 11};
+  const std::vector<int> flats = {11, 4, 9, 2, 7, 0, 5};
+  for (int keyN = 0; keyN <= 14; ++keyN) {
+    for (int pc = 0; pc < 12; ++pc) {
+      int expected = 0;
+      if (keyN >= 1 && keyN <= 7 && std::find(sharps.begin(), sharps.begin() + keyN, pc) != sharps.begin() + keyN)
+        expected = 1;
+      if (keyN >= 8 && std::find(flats.begin(), flats.begin() + (keyN - 7), pc) != flats.begin() + (keyN - 7))
+        expected = -1;
+      EXPECT_EQ(KeySignatureShift(keyN, 60 + pc), expected) << "key " << keyN << " class " << pc;
+      EXPECT_EQ(KeySignatureShift(keyN, 24 + pc), expected) << "key " << keyN << " low octave";
+    }
+  }
+  EXPECT_EQ(KeySignatureShift(15, 65), 0);
+  EXPECT_EQ(KeySignatureShift(-1, 65), 0);
+}
+
+TEST(PictureFamily, EachRouteHasItsOwnThresholds) {
+  struct Case {
+    int top;
+    NoteFamily entry, kestra, menu, transpose;
+  };
+  using F = NoteFamily;
+  const Case cases[] = {
+      {57, F::U, F::U, F::U, F::U},  {75, F::U, F::U, F::U, F::U},  {76, F::U, F::N, F::N, F::N},
+      {78, F::U, F::N, F::N, F::N},  {79, F::N, F::N, F::N, F::N},  {117, F::N, F::N, F::N, F::N},
+      {118, F::N, F::U, F::U, F::U}, {120, F::N, F::U, F::U, F::U}, {121, F::U, F::U, F::U, F::U},
+      {141, F::U, F::U, F::U, F::U}, {142, F::N, F::U, F::U, F::U}, {150, F::N, F::U, F::U, F::U},
+      {151, F::N, F::N, F::U, F::U}, {159, F::N, F::N, F::U, F::U}, {160, F::N, F::N, F::N, F::U},
+      {189, F::N, F::N, F::N, F::U},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.top);
+    EXPECT_EQ(EntryFamily(c.top), c.entry);
+    EXPECT_EQ(KestraFamily(c.top), c.kestra);
+    EXPECT_EQ(MenuFamily(c.top), c.menu);
+    EXPECT_EQ(TransposeFamily(c.top), c.transpose);
+  }
+}
+
+TEST(PictureNames, OneHexDigitNamesAPictureAnythingElseNone) {
+  EXPECT_EQ(NotePictureName('n', "8"), "n8");
+  EXPECT_EQ(NotePictureName('u', "f"), "uF");
+  EXPECT_EQ(NotePictureName('r', "0"), "r0");
+  EXPECT_EQ(NotePictureName(NoteFamily::U, "A"), "uA");
+  EXPECT_EQ(NotePictureName('n', ""), "");
+  EXPECT_EQ(NotePictureName('n', "G"), "");
+  EXPECT_EQ(NotePictureName('n', "10"), "");
+  EXPECT_EQ(KeySignaturePicture(0), "S0");
+  EXPECT_EQ(KeySignaturePicture(7), "S7");
+  EXPECT_EQ(KeySignaturePicture(8), "F1");
+  EXPECT_EQ(KeySignaturePicture(14), "F7");
+  EXPECT_EQ(KeySignaturePicture(15), "");
+  EXPECT_EQ(KeySignaturePicture(-1), "");
+  const char* times[] = {"T4", "T7", "T3", "T2", "T1", "T9", "T5", "T6", "T8"};
+  for (int t = 0; t < 9; ++t) EXPECT_EQ(TimeSignaturePicture(t), times[t]);
+  EXPECT_EQ(TimeSignaturePicture(9), "");
+}
