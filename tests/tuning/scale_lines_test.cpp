@@ -1,0 +1,78 @@
+// The 36 scales of the menu: each must load as a playable line of the same plan.
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "score/note_cv.h"
+#include "score/staff.h"
+#include "score/text_fields.h"
+#include "tuning/scale_lines.h"
+
+using namespace lirenza;
+
+TEST(ScaleLines, EveryLineRisesAnOctaveAndFallsBackWithRests) {
+  for (int i = 0; i < kScaleCount; ++i) {
+    SCOPED_TRACE(i);
+    const auto tokens = SplitFields(kScaleLines[i].line, " ");
+    ASSERT_GE(tokens.size(), 12u);
+    EXPECT_LT(tokens.size(), static_cast<std::size_t>(kMaxKestraTokens));
+    EXPECT_EQ(tokens.front(), "C498");
+    EXPECT_EQ(tokens.back(), "0008");
+    std::size_t top = 0;
+    while (top < tokens.size() && tokens[top] != "C592") ++top;
+    ASSERT_LT(top + 2, tokens.size());
+    EXPECT_EQ(tokens[top + 1], "0008");
+    EXPECT_EQ(tokens[top + 2], "C598");
+    EXPECT_EQ(tokens[tokens.size() - 2], "C492");
+    // Strictly rising to the top, strictly falling from it, every running note an eighth.
+    int last = 0;
+    for (std::size_t k = 0; k <= top; ++k) {
+      NoteCV n;
+      FillFromToken(n, tokens[k]);
+      EXPECT_GT(n.noteNo, last) << tokens[k];
+      last = n.noteNo;
+      if (k < top) {
+        EXPECT_EQ(n.dr, "8");
+      }
+      EXPECT_EQ(n.ve, "9");
+    }
+    last = 1000;
+    for (std::size_t k = top + 2; k + 1 < tokens.size(); ++k) {
+      NoteCV n;
+      FillFromToken(n, tokens[k]);
+      EXPECT_LT(n.noteNo, last) << tokens[k];
+      last = n.noteNo;
+    }
+  }
+}
+
+TEST(ScaleLines, OnlyTheKnownRowsShareALine) {
+  std::set<std::pair<int, int>> same;
+  for (int a = 0; a < kScaleCount; ++a)
+    for (int b = a + 1; b < kScaleCount; ++b)
+      if (kScaleLines[a].line == kScaleLines[b].line) same.insert({a, b});
+  const std::set<std::pair<int, int>> expected = {{9, 24}, {10, 20}, {29, 32}, {29, 35}, {32, 35}};
+  EXPECT_EQ(same, expected);
+  std::set<std::string_view> captions;
+  for (const auto& s : kScaleLines) captions.insert(s.caption);
+  EXPECT_EQ(captions.size(), 36u);
+}
+
+TEST(ScaleLines, TitlesAndMenuSections) {
+  EXPECT_EQ(ScaleTitle(0), "メージャー(イオニアン)スケール");
+  EXPECT_EQ(ScaleTitle(35), "ハンガリアンスケール");
+  EXPECT_EQ(ScaleTitle(36), "");
+  EXPECT_EQ(kScaleSections[0].firstIndex, 0);
+  EXPECT_EQ(kScaleSections[1].firstIndex, 9);
+  EXPECT_EQ(kScaleSections[2].firstIndex, 20);
+  // The separators are spaced with ideographic spaces.
+  for (const auto& s : kScaleSections) EXPECT_NE(s.caption.find("\u3000"), std::string_view::npos);
+}
+
+TEST(ScaleLines, LoadOntoTheStaffAsEighthsEndingInARest) {
+  Staff staff;
+  ChangeKestra(staff, kScaleLines[16].line);
+  EXPECT_EQ(staff.NoteCount(), 20);
+  EXPECT_TRUE(staff.icv.back().IsRest());
+  EXPECT_EQ(staff.icv.back().backdrop, "r8");
+}
