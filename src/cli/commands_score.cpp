@@ -33,6 +33,8 @@ Staff FreshStaff() {
 }
 
 void SaveStaff(Staff& staff, const std::string& out) {
+  // The window has painted the notes in view by the time anyone can save.
+  RepaintInView(staff);
   WindowSettings settings;  // group 5 (strings), row 0 (violin), tempo 7
   WriteOutput(out, SaveFileText(staff, settings));
 }

@@ -101,6 +101,13 @@ void ChangeKestra(Staff& staff, std::string_view line) {
   if (i > 0) staff.preNote[0] = staff.icv.back().left + 32;
 }
 
+bool InView(const NoteCV& note) { return note.left + kNoteWidth > kViewLeft && note.left < kViewRight; }
+
+void RepaintInView(Staff& staff) {
+  for (std::size_t i = 1; i < staff.icv.size(); ++i)
+    if (InView(staff.icv[i])) RepaintToken(staff.icv[i]);
+}
+
 int ClickColumn(int x) { return static_cast<int>(std::round((x + 116) / 8.0)) * 8; }
 
 int ClickRow(int y) { return static_cast<int>(std::round((y + 42) / 3.0)) * 3; }

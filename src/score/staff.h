@@ -71,6 +71,16 @@ void noteChangedCheck(Staff& staff);
 // the 192nd are dropped.
 void ChangeKestra(Staff& staff, std::string_view line);
 
+// The staff canvas shows the columns from 120 to 988. A note is painted, and its token
+// rebuilt from its fields, only while some of it is in view.
+inline constexpr int kViewLeft = 120;
+inline constexpr int kViewRight = 988;
+inline constexpr int kNoteWidth = 15;
+inline constexpr int kNoteHeight = 35;
+bool InView(const NoteCV& note);
+// What the window's paint does to the notes in view: their tokens follow their fields.
+void RepaintInView(Staff& staff);
+
 // The grid. A click at x, y in the staff canvas gives a place before snapping.
 int ClickColumn(int x);
 int ClickRow(int y);

@@ -225,3 +225,18 @@ TEST(Grid, BarMembershipAndDenseRemoval) {
   EXPECT_EQ(s.NoteCount(), 2);
   EXPECT_EQ(s.icv[0].left, 120);
 }
+
+TEST(Paint, OnlyNotesInViewRebuildTheirTokens) {
+  Staff s;
+  std::string line = "0008";
+  for (int i = 1; i < 30; ++i) line += " 0008";
+  ChangeKestra(s, line);
+  RepaintInView(s);
+  EXPECT_EQ(s.icv[1].note, "C408");
+  EXPECT_EQ(s.icv[24].note, "C408");   // Left 944, the last bar in view
+  EXPECT_EQ(s.icv[25].note, "0008");   // Left 992, out of view until scrolled to
+  SetMSBValue(s, 144);
+  RepaintInView(s);
+  EXPECT_EQ(s.icv[25].note, "C408");
+  EXPECT_EQ(s.icv[0].note, "C494") << "the hidden template is never painted";
+}
