@@ -52,7 +52,9 @@ int RunMidi(const Argv& argv) {
   const ScoreFile file = ReadScoreStrict(in);
   Staff staff;
   const int sliderFromFile = ApplyScoreFile(staff, file);
-  const int inst = instOption ? *instOption : InstrumentFromMenus(file.instrumentGroup, file.instrumentRow);
+  const int inst = instOption                ? *instOption
+                   : file.instrumentGiven ? InstrumentFromMenus(file.instrumentGroup, file.instrumentRow)
+                                          : kViolin;
   const TempoRow tempo = TempoForSlider(tempoOption ? *tempoOption : sliderFromFile);
   const auto bytes = SaveMidiBytes(staff.icv, gate, tempo.tempo, inst);
   WriteOutput(out, std::string(bytes.begin(), bytes.end()));

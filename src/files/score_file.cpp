@@ -1,5 +1,7 @@
 #include "files/score_file.h"
 
+#include <cctype>
+
 #include "score/note_tables.h"
 #include "score/text_fields.h"
 #include "violin/tempo_table.h"
@@ -90,6 +92,8 @@ ScoreFile ParseScoreFile(std::string_view raw) {
   f.comment = field(3);
   f.instrumentGroup = IntVal(field(4));
   f.instrumentRow = IntVal(field(5));
+  auto isNumber = [](const std::string& t) { return !t.empty() && std::isdigit(static_cast<unsigned char>(t[0])); };
+  f.instrumentGiven = isNumber(field(4)) && isNumber(field(5));
   f.tempoSlider = IntVal(field(6));
   f.keyN = IntVal(field(7));
   f.timeN = IntVal(field(8));

@@ -18,6 +18,7 @@ struct ScoreFile {
   std::string comment;
   int instrumentGroup = 0;  // menu value of the group menu; no reader applies it
   int instrumentRow = 0;    // menu value of the instrument menu; no reader applies it
+  bool instrumentGiven = false;  // both menu values stand in the file as numbers
   int tempoSlider = 0;
   int keyN = 0;
   int timeN = 0;

@@ -1,0 +1,94 @@
+// Loads, saves and MIDI-exports a 10 000-note score and prints the medians beside the
+// targets. The reversed run enters the notes right to left, the worst case for the
+// walk that orders them. Timings on a shared machine are noisy: medians, no verdicts.
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <functional>
+#include <random>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+#include "files/file_io.h"
+#include "files/midi_writer.h"
+#include "files/score_file.h"
+#include "score/staff.h"
+#include "violin/event_list.h"
+#include "violin/tempo_table.h"
+
+using namespace lirenza;
+
+namespace {
+
+double MedianMs(int runs, const std::function<void()>& work) {
+  std::vector<double> ms;
+  for (int i = 0; i < runs; ++i) {
+    const auto t0 = std::chrono::steady_clock::now();
+    work();
+    ms.push_back(std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - t0).count());
+  }
+  std::sort(ms.begin(), ms.end());
+  return ms[ms.size() / 2];
+}
+
+Staff TenThousandNotes(bool reversed) {
+  std::mt19937 rng(1);
+  const char* hex = "0123456789ABCDEF";
+  Staff s;
+  for (int i = 0; i < 10000; ++i) {
+    const int column = reversed ? 9999 - i : i;
+    NoteCV n;
+    FillFromToken(n, "C498");
+    n.left = 136 + 8 * column + 16 * (column / 16);
+    n.top = 57 + 3 * static_cast<int>(rng() % 36);
+    n.nline = 48 + static_cast<int>(rng() % 36);
+    n.ve = std::string(1, hex[1 + rng() % 15]);
+    n.dr = std::string(1, hex[rng() % 16]);
+    RepaintToken(n);
+    n.backdrop = "n" + n.dr;
+    s.AddNote(n);
+  }
+  return s;
+}
+
+void Report(const char* what, double ms, double target) {
+  std::printf("%-44s median %8.2f ms   target < %5.0f ms   %s\n", what, ms, target, ms < target ? "ok" : "OVER");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const bool shortRun = argc > 1 && std::strcmp(argv[1], "--short") == 0;
+  const int runs = shortRun ? 3 : 21;
+  char dirTemplate[] = "/tmp/lirenza-bench-XXXXXX";
+  const std::string dir = ::mkdtemp(dirTemplate);
+  const std::string notePath = dir + "/bench.note", midiPath = dir + "/bench.mid";
+  WindowSettings settings;
+  std::string error;
+
+  for (bool reversed : {false, true}) {
+    Staff staff = TenThousandNotes(reversed);
+    const std::string text = SaveFileText(staff, settings);
+    WriteFileAtomically(notePath, text, &error);
+    std::printf("10 000 notes%s, file of %zu bytes\n", reversed ? " entered right to left" : "", text.size());
+
+    Report("  load (read file, parse, fill the staff)", MedianMs(runs, [&] {
+             Staff s;
+             OpenFile1(s, *ReadWholeFile(notePath, &error));
+           }), 50);
+    Report("  save (build text, write and rename)", MedianMs(runs, [&] {
+             Staff s = staff;
+             WriteFileAtomically(notePath, SaveFileText(s, settings), &error);
+           }), 50);
+    Report(reversed ? "  MIDI export, reversed entry" : "  MIDI export (order, events, write)", MedianMs(runs, [&] {
+             WriteFileAtomically(midiPath, SaveMidiBytes(staff.icv, 0.95, TempoForSlider(7).tempo, 41), &error);
+           }), reversed ? 200 : 50);
+    Report("  playback event list", MedianMs(runs, [&] { BuildEventList(staff.icv, 1.0, 0.95); }), 50);
+  }
+  std::remove(notePath.c_str());
+  std::remove(midiPath.c_str());
+  ::rmdir(dir.c_str());
+  return error.empty() ? 0 : 1;
+}
