@@ -1,0 +1,20 @@
+#pragma once
+// KeyPush: sound a pitch index on the score's player and show it on the fingerboard in
+// the present hand position. Playback, the Stop sweep and hovering over notes use it.
+#include "tuning/pure_scale.h"
+#include "violin/ports.h"
+
+namespace lirenza {
+
+struct StringCell {
+  int string = 0;  // 1 E, 2 A, 3 D, 4 G
+  int cell = 0;    // semitones above the open string
+};
+
+// Where pitch index 55..91 is played in hand position pFlag (0 first, 1 third, 2 fifth);
+// string 0 outside that range.
+StringCell PositionOf(int index, int pFlag);
+
+void KeyPush(const SoundPorts& ports, const TuningTables& tuning, int pFlag, int index, int velocity);
+
+}  // namespace lirenza
