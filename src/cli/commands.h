@@ -11,5 +11,7 @@ int RunTuning(const Argv& args);
 int RunKestra(const Argv& args);
 int RunScale(const Argv& args);
 int RunInspect(const Argv& args);
+int RunRender(const Argv& args);
+int RunInstruments(const Argv& args);
 
 }  // namespace lirenza::cli

@@ -23,6 +23,9 @@ const Command kCommands[] = {
     {"kestra", "kestra \"TOKENS\" -o OUT.note [--title TEXT]", lirenza::cli::RunKestra},
     {"scale", "scale INDEX -o OUT.note | scale --list", lirenza::cli::RunScale},
     {"inspect", "inspect SCORE.note [--json]", lirenza::cli::RunInspect},
+    {"render", "render SCORE.note -o OUT.wav|OUT.flac [--tempo 0..15] [--instrument N] [--gate G] [--quiet]",
+     lirenza::cli::RunRender},
+    {"instruments", "instruments [--json]", lirenza::cli::RunInstruments},
 };
 
 void PrintHelp(std::ostream& out) {
@@ -35,6 +38,9 @@ void PrintHelp(std::ostream& out) {
          "  kestra   write the score of a line of note tokens (\"C498 E4b98 0008\")\n"
          "  scale    write the score of one of the 36 scales, or list them\n"
          "  inspect  list a score's notes in playing order with times in microseconds\n"
+         "  render   play a score into a WAV or FLAC file, in just intonation, faster than\n"
+         "           real time (defaults: the score's tempo and instrument, gate 0.95)\n"
+         "  instruments  list the 235 instruments and whether the SoundFonts hold each\n"
          "\nExit status: 0 on success, 1 when a file cannot be read or written, 2 for a\n"
          "mistake in the command line.\n";
 }

@@ -1,0 +1,68 @@
+#pragma once
+// The live audio output of the synthesizer. A playing instrument wants a short
+// buffer: 2 to 4 periods of 64 to 256 frames, where Debian's FluidSynth would ask for
+// 16 periods of 64. Without any output (no sound card, no sound server) the synth is
+// driven in real time into /dev/null, so every player keeps taking its calls.
+#include <string>
+#include <vector>
+
+typedef struct _fluid_audio_driver_t fluid_audio_driver_t;
+
+namespace lirenza {
+
+class Synth;
+
+inline constexpr const char* kAudioDriverEnv = "LIRENZA_AUDIO_DRIVER";
+
+struct AudioSettings {
+  std::string driver;   // "" picks the first sound server or card that is there
+  int periodSize = 0;   // frames; 0 takes the driver's default below
+  int periods = 0;      // 0 takes the driver's default below
+};
+
+// Period size and count that suit a driver: short enough to play, long enough not to
+// crackle on a busy desktop.
+AudioSettings DefaultAudioSettings(const std::string& driver);
+// Fills what was left at 0.
+AudioSettings Completed(const AudioSettings& settings);
+
+// The drivers worth trying on this computer, best first, without opening any: a
+// sound server whose socket exists, then ALSA when a PCM device exists.
+std::vector<std::string> AudioDriverCandidates();
+
+// Milliseconds of sound that the driver's buffer holds.
+double BufferMilliseconds(const AudioSettings& settings, double sampleRate);
+
+class AudioOutput {
+ public:
+  AudioOutput() = default;
+  ~AudioOutput();
+  AudioOutput(const AudioOutput&) = delete;
+  AudioOutput& operator=(const AudioOutput&) = delete;
+
+  // Opens the settings' driver, or the candidates in turn; when none opens, the
+  // silent real-time sink. Slow drivers make this slow: call it off the UI thread.
+  void Open(Synth& synth, const AudioSettings& settings);
+  void Close();
+
+  bool Audible() const { return audible_; }
+  const std::string& Driver() const { return driver_; }
+  const AudioSettings& Settings() const { return settings_; }
+  // Why there is no sound, in one line; empty when there is.
+  const std::string& Problem() const { return problem_; }
+
+ private:
+  bool TryDriver(Synth& synth, const AudioSettings& settings);
+
+  fluid_audio_driver_t* handle_ = nullptr;
+  bool audible_ = false;
+  std::string driver_;
+  std::string problem_;
+  AudioSettings settings_;
+};
+
+// libasound writes its own complaints to stderr when there is no card; the program
+// says once what matters instead.
+void SilenceAlsaErrors();
+
+}  // namespace lirenza

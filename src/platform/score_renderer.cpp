@@ -1,0 +1,66 @@
+#include "platform/score_renderer.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace lirenza {
+
+namespace {
+constexpr int kChunk = 64 * kSynthBlock;  // 4096 frames
+}
+
+long long EventFrame(double timeMicroseconds, double d, double sampleRate) {
+  const double frame = timeMicroseconds * d * sampleRate / 1e6;
+  return std::max(0LL, std::llround(frame / kSynthBlock) * kSynthBlock);
+}
+
+RenderResult RenderEvents(Synth& synth, const RenderJob& job, const FrameSink& sink,
+                          const RenderProgress& progress) {
+  RenderResult result;
+  const double rate = synth.SampleRate();
+  std::vector<float> buffer(2 * kChunk);
+  const long long lastFrame =
+      job.events.size() > 1 ? EventFrame(job.events.back().time, job.d, rate) : 0;
+  result.lastEventFrame = lastFrame;
+  const double expected = static_cast<double>(lastFrame) + rate;  // a second of tail, roughly
+  long long pos = 0;
+  int lastPercent = -1;
+
+  // Renders whole blocks up to `until`, so the synthesizer's block grid stays on ours.
+  auto renderTo = [&](long long until) {
+    if (result.stopped) return false;
+    while (pos < until) {
+      const int n = static_cast<int>(std::min<long long>(kChunk, until - pos));
+      synth.Render(buffer.data(), n);
+      pos += n;
+      if (!sink(buffer.data(), n)) {
+        result.stopped = true;
+        return false;
+      }
+      if (progress) {
+        const int percent = static_cast<int>(std::min(1.0, pos / expected) * 100);
+        if (percent != lastPercent) progress(percent / 100.0);
+        lastPercent = percent;
+      }
+    }
+    return true;
+  };
+
+  for (std::size_t i = 1; i < job.events.size(); ++i) {
+    const PlayEvent& e = job.events[i];
+    if (!renderTo(EventFrame(e.time, job.d, rate))) break;
+    const int pitch = (e.pitch >= 0 && e.pitch < kPitchTableSize) ? static_cast<int>(job.p[e.pitch]) : 0;
+    synth.PlayNote(job.channel, pitch, e.velocity);
+  }
+  if (!result.stopped) {
+    const long long tailEnd = pos + static_cast<long long>(job.maxTailSeconds * rate);
+    while (synth.ActiveVoices() > 0 && pos < tailEnd)
+      if (!renderTo(std::min(tailEnd, pos + kChunk))) break;
+    renderTo((pos + static_cast<long long>(job.afterSeconds * rate)) / kSynthBlock * kSynthBlock);
+  }
+  if (progress && !result.stopped) progress(1.0);
+  result.frames = pos;
+  return result;
+}
+
+}  // namespace lirenza
