@@ -41,8 +41,10 @@ void MSB_ValueChanged(Staff& staff, int value) {
   int delta = staff.oldSBValue[0] - v;
   for (auto& n : staff.icv) n.left += delta;
   staff.preNote[0] += delta;
+  // Both the selected bar and the copied bar are view numbers: they follow the view, so
+  // that a bar copied, scrolled away from and pasted is still the bar the user copied.
   staff.preCord[0] += delta / kBarWidth;
-  staff.preCord[1] = staff.preCord[0];
+  staff.preCord[1] += delta / kBarWidth;
   staff.oldSBValue[0] = v;
   staff.msbValue = v;
 }

@@ -58,8 +58,8 @@ struct Modes {
 void SetTitle(Staff& staff, std::string_view text);
 void SetComment(Staff& staff, std::string_view text);
 
-// Scrolling. The value is cut to whole bars; notes, template, entry cursor and selected
-// bar move with the view. Setting the value the bar already has does nothing.
+// Scrolling. The value is cut to whole bars; notes, template, entry cursor, selected bar
+// and copied bar move with the view. Setting the value the bar already has does nothing.
 void SetMSBValue(Staff& staff, int value);
 void MSB_ValueChanged(Staff& staff, int value);
 
