@@ -1,0 +1,57 @@
+#include "drawing.h"
+
+#include "score/note_tables.h"
+
+namespace lirenza::pictures {
+
+QImage NewPicture(PictureSize size, QColor fill) {
+  QImage image(size.width, size.height, QImage::Format_ARGB32_Premultiplied);
+  image.fill(fill);
+  return image;
+}
+
+void BeginSmooth(QPainter& painter) {
+  painter.setRenderHint(QPainter::Antialiasing, true);
+  painter.setRenderHint(QPainter::SmoothPixmapTransform, true);
+  painter.setPen(Qt::NoPen);
+}
+
+void HLine(QImage& image, int x0, int x1, int y, QColor colour) {
+  FillRect(image, x0, y, x1, y, colour);
+}
+
+void VLine(QImage& image, int x, int y0, int y1, QColor colour) {
+  FillRect(image, x, y0, x, y1, colour);
+}
+
+void FillRect(QImage& image, int x0, int y0, int x1, int y1, QColor colour) {
+  QRgb pixel = colour.rgba();
+  pixel = qPremultiply(pixel);
+  x0 = std::max(x0, 0);
+  y0 = std::max(y0, 0);
+  x1 = std::min(x1, image.width() - 1);
+  y1 = std::min(y1, image.height() - 1);
+  for (int y = y0; y <= y1; ++y) {
+    auto* row = reinterpret_cast<QRgb*>(image.scanLine(y));
+    for (int x = x0; x <= x1; ++x) row[x] = pixel;
+  }
+}
+
+void DrawGlyph(QPainter& painter, const MusicFont& font, const std::string& name, double x,
+               double y, QColor colour, double sx, double sy, double staffSpace) {
+  QPainterPath path = font.Glyph(name, staffSpace);
+  QTransform place;
+  place.translate(x, y);
+  place.scale(sx, sy);
+  painter.fillPath(place.map(path), colour);
+}
+
+QRectF GlyphBox(const MusicFont& font, const std::string& name, double sx, double sy,
+                double staffSpace) {
+  QRectF box = font.Glyph(name, staffSpace).boundingRect();
+  return QRectF(box.left() * sx, box.top() * sy, box.width() * sx, box.height() * sy);
+}
+
+int StaffRow(int pitch, int canvasTop) { return lirenza::NotePosition(pitch) + 18 - canvasTop; }
+
+}  // namespace lirenza::pictures

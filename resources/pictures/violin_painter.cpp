@@ -1,0 +1,308 @@
+// The violin lying across the lower window, scroll at the left. Its geometry is the
+// fingerboard's: the strings' lines at rows 190, 201, 212 and 223, finger cell n at
+// x = 90 + 25n, the vibrating length ending at the bridge at x = 634.
+#include <QLinearGradient>
+#include <QPainter>
+#include <QRadialGradient>
+#include <cmath>
+
+#include "drawing.h"
+#include "painters.h"
+
+namespace lirenza::pictures {
+namespace {
+
+constexpr int kFirstStringRow = 190;  // 11s + 179 for string 1 (E)
+constexpr int kStringStep = 11;
+constexpr int kNut = 100;      // the open string starts at 104, right of the nut
+constexpr int kBridge = 634;   // 14 + 620: where every drawn string ends
+constexpr double kMid = 207.5; // the instrument's axis, between the middle strings
+constexpr double kBodyTop = 330, kBodyEnd = 905;
+
+const QColor kEbony(0x1d, 0x17, 0x14);
+const QColor kMaple(0xe6, 0xc9, 0x8f);
+
+// The outline of the body, drawn along the axis: upper bout, C-bouts with their
+// corners, lower bout. Half-widths at stations along x; mirrored about the axis.
+QPainterPath BodyOutline() {
+  auto half = [](double t) {  // t from 0 (neck end) to 1 (tail end)
+    const double upper = 138, waist = 92, lower = 168;
+    double w;
+    if (t < 0.36) w = upper * std::sqrt(std::max(0.0, 1 - std::pow((t - 0.2) / 0.2, 2)) * 0.85 + 0.15 * (t / 0.36));
+    else if (t < 0.62) {
+      double u = (t - 0.36) / 0.26;  // through the waist
+      w = waist + (std::min(upper, lower) - waist) * std::pow(std::abs(2 * u - 1), 1.7) * 0.78 + 8;
+    } else w = lower * std::sqrt(std::max(0.0, 1 - std::pow((t - 0.8) / 0.2, 2)));
+    return w;
+  };
+  QPainterPath path;
+  const int steps = 240;
+  for (int i = 0; i <= steps; ++i) {
+    double t = double(i) / steps;
+    QPointF pt(kBodyTop + t * (kBodyEnd - kBodyTop), kMid - half(t));
+    i == 0 ? path.moveTo(pt) : path.lineTo(pt);
+  }
+  for (int i = steps; i >= 0; --i) {
+    double t = double(i) / steps;
+    path.lineTo(kBodyTop + t * (kBodyEnd - kBodyTop), kMid + half(t));
+  }
+  path.closeSubpath();
+  return path;
+}
+
+QPainterPath FHole(double side) {
+  // An f lying along the axis; side is -1 above the strings, +1 below.
+  QPainterPath f;
+  double y = kMid + side * 78;
+  f.moveTo(565, y + side * 18);
+  f.cubicTo(600, y + side * 10, 620, y - side * 4, 634, y - side * 2);
+  f.cubicTo(650, y, 672, y - side * 14, 700, y - side * 20);
+  f.cubicTo(674, y - side * 10, 652, y + side * 4, 634, y + side * 2.5);
+  f.cubicTo(618, y + side * 1, 598, y + side * 13, 565, y + side * 18);
+  f.addEllipse(QPointF(565, y + side * 20), 6, 6);
+  f.addEllipse(QPointF(701, y - side * 21), 6, 6);
+  return f;
+}
+
+void StringLine(QImage& image, int x0, int x1, int row, const QImage& string) {
+  QPainter p(&image);
+  p.drawImage(QRect(x0, row, x1 - x0 + 1, 3), string);
+}
+
+QImage RestingString() {
+  QImage s = NewPicture(kStringSize);
+  for (int x = 0; x < s.width(); ++x) {
+    s.setPixelColor(x, 0, QColor(0xf4, 0xf1, 0xe8));
+    s.setPixelColor(x, 1, QColor(0xc4, 0xbd, 0xae));
+    s.setPixelColor(x, 2, QColor(0x86, 0x7e, 0x70));
+  }
+  return s;
+}
+
+// The sounding string glows, brightest in the middle of its vibrating length.
+QImage SoundingString() {
+  QImage s = NewPicture(kStringSize);
+  for (int x = 0; x < s.width(); ++x) {
+    double a = std::sin(M_PI * (x + 0.5) / s.width());
+    auto mix = [a](int lo, int hi) { return int(lo + (hi - lo) * a); };
+    s.setPixelColor(x, 0, QColor(255, mix(200, 250), mix(120, 200)));
+    s.setPixelColor(x, 1, QColor(255, mix(120, 190), mix(30, 60)));
+    s.setPixelColor(x, 2, QColor(mix(200, 240), mix(70, 110), 20));
+  }
+  return s;
+}
+
+QImage Violin(const QImage& string) {
+  QImage image = NewPicture(kViolinSize);
+  QPainter p(&image);
+  BeginSmooth(p);
+
+  // Body: varnished spruce, lighter along the arching, grain along the length.
+  QPainterPath body = BodyOutline();
+  p.fillPath(body.translated(3, 5), QColor(0, 0, 0, 90));  // shadow on the back picture
+  QRadialGradient varnish(QPointF(640, kMid - 20), 300);
+  varnish.setColorAt(0.0, QColor(0xd8, 0x86, 0x3a));
+  varnish.setColorAt(0.55, QColor(0xb0, 0x5a, 0x1e));
+  varnish.setColorAt(1.0, QColor(0x5e, 0x26, 0x0c));
+  p.fillPath(body, varnish);
+  p.save();
+  p.setClipPath(body);
+  for (int y = 30; y < 390; y += 3) {
+    int shade = (y * 37) % 5;
+    p.setPen(QPen(QColor(0x4a, 0x1c, 0x06, 26 + shade * 9), 1.0));
+    QPainterPath grain;
+    grain.moveTo(kBodyTop, y);
+    for (double x = kBodyTop; x <= kBodyEnd; x += 25)
+      grain.lineTo(x, y + 1.2 * std::sin(x / 90.0 + y * 0.7));
+    p.drawPath(grain);
+  }
+  p.setPen(Qt::NoPen);
+  // Edge and purfling: a dark rim, then two black lines with the white between.
+  p.setBrush(Qt::NoBrush);
+  p.setPen(QPen(QColor(0x3a, 0x14, 0x04), 6));
+  p.drawPath(body);
+  QTransform inset;
+  QRectF b = body.boundingRect();
+  inset.translate(b.center().x(), b.center().y());
+  inset.scale((b.width() - 20) / b.width(), (b.height() - 20) / b.height());
+  inset.translate(-b.center().x(), -b.center().y());
+  p.setPen(QPen(QColor(0x14, 0x0a, 0x04), 3.2));
+  p.drawPath(inset.map(body));
+  p.setPen(QPen(QColor(0xd9, 0xb2, 0x72), 1.0));
+  p.drawPath(inset.map(body));
+  p.restore();
+  p.setPen(Qt::NoPen);
+
+  // F-holes, cut dark.
+  for (double side : {-1.0, 1.0}) p.fillPath(FHole(side), QColor(0x16, 0x08, 0x02));
+
+  // Tailpiece with its fine tuner, and the button at the end.
+  QPainterPath tail;
+  tail.moveTo(700, kMid - 27);
+  tail.cubicTo(780, kMid - 24, 840, kMid - 16, 858, kMid - 10);
+  tail.quadTo(866, kMid, 858, kMid + 10);
+  tail.cubicTo(840, kMid + 16, 780, kMid + 24, 700, kMid + 27);
+  tail.quadTo(694, kMid, 700, kMid - 27);
+  QLinearGradient tg(0, kMid - 27, 0, kMid + 27);
+  tg.setColorAt(0, QColor(0x3a, 0x30, 0x2a));
+  tg.setColorAt(0.5, kEbony);
+  tg.setColorAt(1, QColor(0x0c, 0x09, 0x08));
+  p.fillPath(tail, tg);
+  p.setBrush(QColor(0xc8, 0xc4, 0xbc));
+  p.drawEllipse(QPointF(716, kFirstStringRow + 1.5), 4, 4);
+  p.setBrush(kEbony);
+  p.drawEllipse(QPointF(kBodyEnd + 3, kMid), 6, 7);
+
+  // Chin rest over the lower bout.
+  QPainterPath chin;
+  chin.addEllipse(QPointF(842, kMid - 82), 48, 38);
+  QRadialGradient cg(QPointF(835, kMid - 92), 55);
+  cg.setColorAt(0, QColor(0x4a, 0x3e, 0x36));
+  cg.setColorAt(1, QColor(0x10, 0x0c, 0x0a));
+  p.fillPath(chin, cg);
+
+  // Neck, pegbox and scroll in maple under the fingerboard.
+  QPainterPath neck;
+  neck.moveTo(30, kMid - 17);
+  neck.lineTo(kNut, kMid - 19);
+  neck.lineTo(kBodyTop + 10, kMid - 22);
+  neck.lineTo(kBodyTop + 10, kMid + 22);
+  neck.lineTo(kNut, kMid + 19);
+  neck.lineTo(30, kMid + 17);
+  neck.closeSubpath();
+  QLinearGradient ng(0, kMid - 22, 0, kMid + 22);
+  ng.setColorAt(0, QColor(0xe0, 0x98, 0x52));
+  ng.setColorAt(0.5, QColor(0xb4, 0x64, 0x26));
+  ng.setColorAt(1, QColor(0x6a, 0x2e, 0x0c));
+  p.fillPath(neck, ng);
+  // Pegbox opening.
+  p.setBrush(QColor(0x24, 0x0e, 0x04));
+  p.drawRoundedRect(QRectF(42, kMid - 10, 54, 20), 6, 6);
+  // Pegs: two above, two below, ebony heads with a collar.
+  for (int i = 0; i < 4; ++i) {
+    double x = 50 + i * 14.0, dir = i % 2 ? 1 : -1;
+    p.setBrush(QColor(0x2a, 0x20, 0x1a));
+    p.drawRect(QRectF(x - 2.5, dir < 0 ? kMid - 42 : kMid + 16, 5, 26));
+    QLinearGradient pg(x - 9, 0, x + 9, 0);
+    pg.setColorAt(0, QColor(0x10, 0x0c, 0x0a));
+    pg.setColorAt(0.4, QColor(0x4a, 0x40, 0x38));
+    pg.setColorAt(1, QColor(0x0c, 0x09, 0x08));
+    p.setBrush(pg);
+    p.drawRoundedRect(QRectF(x - 8, dir < 0 ? kMid - 66 : kMid + 40, 16, 26), 7, 7);
+    p.setBrush(QColor(0xe8, 0xe0, 0xd0));
+    p.drawEllipse(QPointF(x, dir < 0 ? kMid - 40 : kMid + 40), 3, 3);
+  }
+  // Scroll: a spiral seen from above, turning in to its eye.
+  QRadialGradient sg(QPointF(20, kMid - 6), 30);
+  sg.setColorAt(0, QColor(0xe4, 0xa0, 0x5a));
+  sg.setColorAt(1, QColor(0x70, 0x30, 0x0e));
+  p.setBrush(sg);
+  p.drawEllipse(QPointF(22, kMid), 22, 25);
+  QPainterPath spiral;
+  for (int i = 0; i <= 160; ++i) {
+    double a = i / 160.0 * 2.6 * 2 * M_PI, r = 21 * (1 - i / 185.0);
+    QPointF pt(22 + r * std::cos(a), kMid + 1.12 * r * std::sin(a));
+    i == 0 ? spiral.moveTo(pt) : spiral.lineTo(pt);
+  }
+  p.setBrush(Qt::NoBrush);
+  p.setPen(QPen(QColor(0x3a, 0x16, 0x04), 2.0));
+  p.drawPath(spiral);
+  p.setPen(Qt::NoPen);
+
+  // Fingerboard: ebony, a little wider toward the body, overhanging the top.
+  QPainterPath board;
+  board.moveTo(kNut, kMid - 23);
+  board.lineTo(520, kMid - 29);
+  board.quadTo(526, kMid, 520, kMid + 29);
+  board.lineTo(kNut, kMid + 23);
+  board.closeSubpath();
+  p.fillPath(board.translated(2, 4), QColor(0, 0, 0, 110));
+  QLinearGradient bg(0, kMid - 29, 0, kMid + 29);
+  bg.setColorAt(0, QColor(0x3c, 0x34, 0x30));
+  bg.setColorAt(0.25, kEbony);
+  bg.setColorAt(1, QColor(0x08, 0x06, 0x05));
+  p.fillPath(board, bg);
+  // Nut.
+  p.setBrush(QColor(0xf0, 0xe8, 0xd6));
+  p.drawRect(QRectF(kNut, kMid - 22, 3.5, 44));
+
+  // Bridge: maple, its feet on the top, standing across all strings.
+  QPainterPath bridge;
+  bridge.moveTo(kBridge, kMid - 30);
+  bridge.lineTo(kBridge + 7, kMid - 34);
+  bridge.lineTo(kBridge + 7, kMid + 34);
+  bridge.lineTo(kBridge, kMid + 30);
+  bridge.closeSubpath();
+  p.fillPath(bridge.translated(3, 3), QColor(0, 0, 0, 100));
+  QLinearGradient brg(kBridge, 0, kBridge + 7, 0);
+  brg.setColorAt(0, kMaple);
+  brg.setColorAt(1, QColor(0xb8, 0x92, 0x58));
+  p.fillPath(bridge, brg);
+  p.end();
+
+  // Strings: through the pegbox to the nut, the playing length to the bridge, then
+  // down to the tailpiece. The playing length is the picture the fingerboard redraws.
+  for (int s = 0; s < 4; ++s) {
+    int row = kFirstStringRow + kStringStep * s;
+    StringLine(image, kNut + 4, kBridge - 1, row, string);
+    p.begin(&image);
+    BeginSmooth(p);
+    p.setPen(QPen(QColor(0xb8, 0xb2, 0xa4), 1.6));
+    p.drawLine(QPointF(kBridge + 7, row + 1.5), QPointF(710, kMid + (row + 1.5 - kMid) * 0.55));
+    p.drawLine(QPointF(50 + (3 - s) * 14.0, kMid + (s - 1.5) * 2), QPointF(kNut, row + 1.5));
+    p.end();
+  }
+  return image;
+}
+
+QImage Fingertip() {
+  QImage image = NewPicture(kFingertipSize);
+  QPainter p(&image);
+  BeginSmooth(p);
+  // Centred on the string, which crosses rows 5 to 7 of the picture.
+  QRadialGradient skin(QPointF(6.0, 4.5), 8.0);
+  skin.setColorAt(0, QColor(0xff, 0xdc, 0xc4));
+  skin.setColorAt(0.7, QColor(0xe8, 0xa8, 0x88));
+  skin.setColorAt(1, QColor(0xb0, 0x6c, 0x54));
+  p.setBrush(skin);
+  p.setPen(QPen(QColor(0x8a, 0x4a, 0x38), 1.0));
+  p.drawEllipse(QPointF(7.5, 6.5), 6.3, 6.0);
+  p.setPen(Qt::NoPen);
+  p.setBrush(QColor(0xff, 0xf0, 0xe8, 170));
+  p.drawEllipse(QPointF(5.2, 4.2), 2.0, 1.5);
+  return image;
+}
+
+QImage Bow() {
+  QImage image = NewPicture(kBowSize);
+  const QColor hair(0xf0, 0xe8, 0xd2), hairShade(0xcf, 0xc4, 0xa8);
+  const QColor stick(0x6a, 0x2c, 0x12), stickLight(0x9a, 0x4e, 0x26), stickDark(0x3e, 0x16, 0x08);
+  for (int y = 0; y < image.height(); ++y) {
+    image.setPixelColor(0, y, hairShade);
+    image.setPixelColor(1, y, hair);
+    image.setPixelColor(2, y, stickDark);
+    image.setPixelColor(3, y, stickLight);
+    image.setPixelColor(4, y, stick);
+  }
+  // Ivory tip at the head, ebony frog with its pearl eye and silver ferrule at the heel.
+  FillRect(image, 0, 0, 4, 6, QColor(0xf6, 0xf2, 0xe6));
+  FillRect(image, 2, 7, 4, 10, stickDark);
+  FillRect(image, 0, 236, 4, 238, QColor(0xd8, 0xd8, 0xdc));
+  FillRect(image, 0, 239, 4, 262, QColor(0x14, 0x10, 0x0e));
+  FillRect(image, 1, 248, 3, 251, QColor(0xe8, 0xf0, 0xf4));
+  FillRect(image, 0, 263, 4, 269, QColor(0xb0, 0xb0, 0xb8));
+  return image;
+}
+
+}  // namespace
+
+void DrawViolin(PictureSet& out) {
+  QImage string = RestingString();
+  out["Gen"] = string;
+  out["GenS"] = SoundingString();
+  out["Violin"] = Violin(string);
+  out["Yubi"] = Fingertip();
+  out["Bow"] = Bow();
+}
+
+}  // namespace lirenza::pictures
