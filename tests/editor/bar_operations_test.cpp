@@ -1,0 +1,181 @@
+// Bar operations: walks over the notes that cut, paste, clear, insert and double.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "editor/bar_operations.h"
+#include "fakes.h"
+
+using namespace lirenza;
+using namespace lirenza::testing;
+
+namespace {
+// One note per bar at the bar's second column, tokens C D E F ... by bar.
+Staff Bars(int count) {
+  Staff s;
+  const char* names[] = {"C4", "D4", "E4", "F4", "G4", "A4", "B4", "C5", "D5", "E5"};
+  for (int b = 0; b < count; ++b) {
+    NoteCV n;
+    FillFromToken(n, std::string(names[b % 10]) + "94");
+    n.left = 128 + 144 * b;
+    n.top = 120 - 3 * b;
+    n.backdrop = "n4";
+    s.AddNote(n);
+  }
+  return s;
+}
+std::vector<std::string> TokensByLeft(const Staff& s) {
+  std::vector<NoteCV> notes(s.icv.begin() + 1, s.icv.end());
+  std::stable_sort(notes.begin(), notes.end(), [](auto& a, auto& b) { return a.left < b.left; });
+  std::vector<std::string> out;
+  for (auto& n : notes) out.push_back(std::to_string(n.left) + ":" + n.note);
+  return out;
+}
+using V = std::vector<std::string>;
+}  // namespace
+
+TEST(BarOperations, CutClearInsertAndPaste) {
+  struct Case {
+    const char* name;
+    int target, copied;
+    void (*op)(Staff&);
+    V after;
+  } cases[] = {
+      {"cut bar 0", 0, 0, BarDelete, {"128:D494", "272:E494"}},
+      {"cut bar 1", 1, 0, BarDelete, {"128:C494", "272:E494"}},
+      {"clear bar 1", 1, 0, BarClear, {"128:C494", "416:E494"}},
+      {"insert at bar 1", 1, 0, BarAdd, {"128:C494", "416:D494", "560:E494"}},
+      {"paste bar 0 onto bar 2", 2, 0, BarCopy, {"128:C494", "272:D494", "416:C494"}},
+      {"paste onto itself empties it", 1, 1, BarCopy, {"128:C494", "416:E494"}},
+      {"paste onto an empty bar", 4, 1, BarCopy, {"128:C494", "272:D494", "416:E494", "704:D494"}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    Staff s = Bars(3);
+    s.preCord[0] = c.target;
+    s.preCord[1] = c.copied;
+    c.op(s);
+    EXPECT_EQ(TokensByLeft(s), c.after);
+    EXPECT_EQ(s.icv[0].left, 120) << "the template never moves";
+  }
+}
+
+TEST(BarOperations, PasteKeepsPicturesSignsAndChords) {
+  Staff s = Bars(1);
+  NoteCV chord;
+  FillFromToken(chord, "F4#94");
+  chord.left = s.icv[1].left;
+  chord.top = 108;
+  chord.position = true;
+  chord.backdrop = "u4";
+  s.AddNote(chord);
+  s.keyN = 5;  // nothing is read again under the key
+  s.preCord[0] = 3;
+  s.preCord[1] = 0;
+  BarCopy(s);
+  ASSERT_EQ(s.NoteCount(), 4);
+  EXPECT_EQ(s.icv[3].left, 128 + 432);
+  EXPECT_EQ(s.icv[4].note, "F4#94");
+  EXPECT_EQ(s.icv[4].sib, 1);
+  EXPECT_EQ(s.icv[4].backdrop, "u4");
+  EXPECT_TRUE(s.icv[4].position);
+  EXPECT_EQ(s.icv[4].ks, 0);
+}
+
+TEST(BarOperations, CopyScrollPasteCopiesTheBarTheUserChose) {
+  Staff s = Bars(12);
+  s.preCord[0] = 2;  // the user copies bar 2 (E4)
+  BarCopyMark(s);
+  SetMSBValue(s, 720);   // scrolls five bars on
+  s.preCord[0] = 3;      // and picks the bar now third from the left: bar 8 of the score
+  BarCopy(s);
+  SetMSBValue(s, 0);
+  const V tokens = TokensByLeft(s);
+  EXPECT_EQ(tokens[8], std::to_string(128 + 144 * 8) + ":E494");
+  EXPECT_EQ(std::count(tokens.begin(), tokens.end(), "416:E494"), 1) << "the source stays";
+  EXPECT_EQ(s.NoteCount(), 12);
+}
+
+TEST(BarOperations, InsertStopsAtTheEndOfTheStaffInEntryOrder) {
+  Staff s;
+  for (int left : {200, 10232, 300}) {
+    NoteCV n;
+    n.left = left;
+    s.AddNote(n);
+  }
+  s.preCord[0] = 0;
+  BarAdd(s);
+  EXPECT_EQ(s.icv[1].left, 344);
+  EXPECT_EQ(s.icv[2].left, 10232) << "past 10224 the walk stops";
+  EXPECT_EQ(s.icv[3].left, 300) << "notes behind it in entry order stay";
+}
+
+TEST(BarOperations, DoubleWritesTheScoreOutTwiceUpTo36Bars) {
+  struct Case {
+    int lastLeft, copies, offset;
+  } cases[] = {{240, 2, 144}, {136, 2, 0}, {5304, 2, 5184}, {5328, 0, 0}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.lastLeft);
+    Staff s;
+    for (int left : {128, c.lastLeft}) {
+      NoteCV n;
+      n.left = left;
+      s.AddNote(n);
+    }
+    SetMSBValue(s, 288);
+    BarDouble(s);
+    EXPECT_EQ(s.msbValue, 0);
+    ASSERT_EQ(s.NoteCount(), 2 + c.copies);
+    if (c.copies) {
+      EXPECT_EQ(s.icv[3].left, 128 + c.offset);
+      EXPECT_EQ(s.icv[4].left, c.lastLeft + c.offset);
+    }
+  }
+}
+
+TEST(BarOperations, MenusDeleteAllOnTwoRoadsAndTheBusyGuard) {
+  FakeConfirm confirm;
+  Staff s = Bars(3);
+  s.title = "曲";
+  s.keyN = 4;
+  s.noteChanged = false;
+  EXPECT_EQ(MCV_ContextualMenuAction(s, "6:全音符を削除", 20, 78, confirm), BarMenuOutcome::Done);
+  EXPECT_TRUE(confirm.asked.empty()) << "an unchanged score is cleared without asking";
+  EXPECT_EQ(s.NoteCount(), 0);
+  EXPECT_EQ(s.keyN, 4);
+
+  s = Bars(3);
+  s.noteChanged = true;
+  confirm.answer = false;
+  MCV_ContextualMenuAction(s, "6:全音符を削除", 20, 78, confirm);
+  EXPECT_EQ(confirm.asked, (std::vector<std::string>{"楽譜の音符を全部削除しますか？"}));
+  EXPECT_EQ(s.NoteCount(), 3) << "cancel changes nothing";
+
+  confirm.answer = true;
+  s.title = "曲";
+  s.keyN = 4;
+  EditBar_Action(s, Modes{}, 6, confirm);
+  EXPECT_EQ(confirm.asked.size(), 2u) << "the menu road always asks";
+  EXPECT_EQ(s.NoteCount(), 0);
+  EXPECT_EQ(s.title, "");
+  EXPECT_EQ(s.keyN, 0);
+
+  s = Bars(3);
+  Modes busy;
+  busy.repeatflag = true;
+  EXPECT_EQ(EditBar_Action(s, busy, 0, confirm), BarMenuOutcome::Ignored);
+  EXPECT_EQ(s.NoteCount(), 3);
+  // The context road has no busy guard and places the entry column at the mouse.
+  s.preCord[0] = 0;
+  EXPECT_EQ(MCV_ContextualMenuAction(s, "0:小節カット", 44, 78, confirm), BarMenuOutcome::Done);
+  EXPECT_EQ(s.NoteCount(), 2);
+  EXPECT_EQ(s.preNote[0], 160);
+  EXPECT_EQ(MCV_ContextualMenuAction(s, "7:楽譜を開く", 0, 0, confirm), BarMenuOutcome::OpenFile);
+  EXPECT_EQ(MCV_ContextualMenuAction(s, "8:楽譜を保存", 0, 0, confirm), BarMenuOutcome::SaveFile);
+  EXPECT_EQ(MCV_ContextualMenuAction(s, "(編集)", 0, 0, confirm), BarMenuOutcome::Ignored);
+  s.preCord[0] = 1;
+  EXPECT_EQ(MCV_ContextualMenuAction(s, "1:小節コピー", 0, 0, confirm), BarMenuOutcome::Done);
+  EXPECT_EQ(s.preCord[1], 1);
+  EXPECT_EQ(kStaffMenuTexts[5], "3:小節クリア");
+  EXPECT_EQ(kEditBarTexts[3], "小節クリアー");
+}
