@@ -1,0 +1,69 @@
+#pragma once
+// The computer keyboard as a violin: 31 physical keys, read by polling, each sounding
+// one pitch on the live player and showing it on the fingerboard. The hand position
+// only changes where a pitch is shown, never the pitch or the keys.
+#include <array>
+#include <string_view>
+
+#include "score/staff.h"
+#include "tuning/pure_scale.h"
+#include "violin/key_push.h"
+#include "violin/ports.h"
+
+namespace lirenza {
+
+inline constexpr int kKeyRows = 31;
+inline constexpr int kFlagCount = 100;
+inline constexpr int kKeyVelocity = 100;  // the keyboard has no dynamics
+
+struct KeyRow {
+  int code;                        // Macintosh virtual key code
+  std::string_view label;          // the key on a US layout
+  int flagIndex;                   // which flag says the key counts as pressed
+  int pIndex;                      // pitch index sounded
+  std::array<StringCell, 3> place; // string / cell in 1st, 3rd, 5th position
+};
+
+// In the order the polling pass tests them: among keys that change together the
+// earlier row wins.
+extern const std::array<KeyRow, kKeyRows> kKeyTable;
+
+using KeyFlags = std::array<bool, kFlagCount>;
+
+// One pass of the position's polling timer. Handles at most one key transition, the
+// first row whose key state and flag disagree, and says whether it did: the window
+// keeps polling at once only while transitions are pending.
+bool PollingPass(const KeyState& keys, KeyFlags& flag, int position, const TuningTables& tuning,
+                 const SoundPorts& ports);
+
+// The hand position and its three polling timers (TM00, TM01, TM02; mode 0 off, 2
+// repeating). Exactly one position timer runs after a change of position.
+struct PositionState {
+  int pFlag = 0;
+  std::array<int, 3> timerMode{2, 0, 0};
+};
+
+// The position selector. While the score is busy the position holds and the radio
+// button of the present position is shown selected again. Returns the button to show
+// selected.
+int PO_Action(PositionState& state, int button, const Modes& modes);
+
+// The edit/play radio buttons start and stop only the first position's timer, so in
+// 3rd or 5th position the keyboard stays live in edit mode.
+void RBT_PollingTimer(PositionState& state, int rbtIndex);
+
+// Return is the panic key: every pitch ends on all seven players, and the clean
+// violin is painted over the fingerboard. Key flags are left alone, so a key still
+// held does not retrigger.
+void PanicSweep(const TuningTables& tuning, const SoundPorts& ports);
+
+// What the window's key event does with a character code: the panic, or one step of
+// the volume (slider 0) or tempo (slider 1) slider.
+struct KeyDownAction {
+  bool panic = false;
+  int slider = -1;  // -1: none
+  int step = 0;
+};
+KeyDownAction EventKeyDownAction(int charCode);
+
+}  // namespace lirenza

@@ -1,0 +1,167 @@
+// The fingerboard as the left hand: where a click lands, what it plays and enters, and
+// where a note is drawn.
+#include <gtest/gtest.h>
+
+#include "violin/fingerboard.h"
+#include "violin_fakes.h"
+
+using namespace lirenza;
+using namespace lirenza::testing;
+
+TEST(Fingerboard, StringRowsByY) {
+  const std::pair<int, int> cases[] = {
+      {0, 0},   {163, 0}, {170, 0}, {184, 0}, {185, 1}, {195, 1}, {196, 2}, {206, 2},
+      {207, 3}, {217, 3}, {218, 4}, {228, 4}, {229, 0}, {400, 0},
+  };
+  for (auto [y, row] : cases) EXPECT_EQ(StringRow(y), row) << "y " << y;
+}
+
+TEST(Fingerboard, CellBandsAtEveryBoundaryAndTheGap) {
+  // x from, to below, cell.
+  const int bands[][3] = {
+      {90, 110, 0},   {110, 135, 1},  {135, 160, 2},  {160, 185, 3},  {185, 210, 4},
+      {210, 235, 5},  {235, 260, 6},  {260, 285, 7},  {285, 310, 8},  {310, 335, 9},
+      {335, 360, 10}, {385, 410, 11}, {410, 435, 12}, {435, 460, 13}, {460, 485, 14},
+      {485, 510, 15}, {510, 535, 16}, {535, 560, 17}, {560, 585, 18},
+  };
+  for (const auto& b : bands) {
+    EXPECT_EQ(CellOfX(b[0]), b[2]) << "x " << b[0];
+    EXPECT_EQ(CellOfX(b[1] - 1), b[2]) << "x " << b[1] - 1;
+  }
+  // Outside every band: left of the nut, the gap, right of the last band.
+  for (int x : {-20, 0, 89, 360, 372, 384, 585, 900}) EXPECT_EQ(CellOfX(x), 0) << "x " << x;
+}
+
+TEST(Fingerboard, PitchIsTheOpenStringPlusTheCell) {
+  const int cases[][3] = {{1, 0, 76}, {2, 0, 69}, {3, 0, 62}, {4, 0, 55}, {1, 18, 94}, {4, 7, 62}, {2, 11, 80}};
+  for (const auto& c : cases) EXPECT_EQ(FingerboardPitch(c[0], c[1]), c[2]) << c[0] << "/" << c[1];
+}
+
+TEST(Fingerboard, BlackKeysAreSpelledFromBelowOrWithOptionFromAbove) {
+  // index, plain index and accidental, with Option index and accidental.
+  const int cases[][5] = {
+      {60, 60, 0, 60, 0}, {61, 60, 1, 62, 2}, {62, 62, 0, 62, 0}, {63, 62, 1, 64, 2},
+      {64, 64, 0, 64, 0}, {65, 65, 0, 65, 0}, {66, 65, 1, 67, 2}, {67, 67, 0, 67, 0},
+      {68, 67, 1, 69, 2}, {69, 69, 0, 69, 0}, {70, 69, 1, 71, 2}, {71, 71, 0, 71, 0},
+      {82, 81, 1, 83, 2}, {55, 55, 0, 55, 0},
+  };
+  for (const auto& c : cases) {
+    const Spelling plain = SpellForScore(c[0], false);
+    const Spelling option = SpellForScore(c[0], true);
+    EXPECT_EQ(plain.index, c[1]) << c[0];
+    EXPECT_EQ(plain.accidental, c[2]) << c[0];
+    EXPECT_EQ(option.index, c[3]) << c[0];
+    EXPECT_EQ(option.accidental, c[4]) << c[0];
+  }
+}
+
+TEST(Fingerboard, WhereAFingerAndItsStringAreDrawn) {
+  struct Case {
+    int string, cell;
+    bool drawn, fingertip;
+    Rect finger, vibrating;
+  } cases[] = {
+      {1, 0, true, false, {90, 185, 15, 15}, {104, 190, 530, 3}},
+      {4, 0, true, false, {90, 218, 15, 15}, {104, 223, 530, 3}},
+      {2, 5, true, true, {215, 196, 15, 15}, {229, 201, 405, 3}},
+      {3, 16, true, true, {490, 207, 15, 15}, {504, 212, 130, 3}},
+      {1, 17, false, false, {}, {}},
+      {1, 18, false, false, {}, {}},
+      {1, -1, false, false, {}, {}},
+  };
+  for (const auto& c : cases) {
+    const HandGeometry g = LHandGeometry(c.string, c.cell);
+    EXPECT_EQ(g.drawn, c.drawn) << c.string << "/" << c.cell;
+    EXPECT_EQ(g.fingertip, c.fingertip) << c.string << "/" << c.cell;
+    if (!c.drawn) continue;
+    EXPECT_EQ(g.finger, c.finger) << c.string << "/" << c.cell;
+    EXPECT_EQ(g.string, c.vibrating) << c.string << "/" << c.cell;
+  }
+}
+
+namespace {
+struct MouseFixture : ::testing::Test {
+  FakeSound sound;
+  TuningTables tuning = MarkedTuning();
+  Staff staff;
+  Modes modes;
+  MDPoint mdPoint{-1, -1, -1};
+
+  MouseDownResult Down(int x, int y, bool option = false) {
+    Modifiers mods;
+    mods.option = option;
+    return CVG_MouseDown(x, y, mods, modes, staff, mdPoint, tuning, sound.ports);
+  }
+};
+}  // namespace
+
+TEST_F(MouseFixture, APressSoundsShowsAndSpellsTheNote) {
+  struct Case {
+    int x, y;
+    bool option;
+    Log calls;
+    MDPoint md;
+    int index, accidental;
+  } cases[] = {
+      {215, 200, false, {"NP0 p(74) 80", "G 2/5"}, {74, 2, 5}, 74, 0},
+      {120, 200, false, {"NP0 p(70) 80", "G 2/1"}, {70, 2, 1}, 69, 1},
+      {120, 200, true, {"NP0 p(70) 80", "G 2/1"}, {70, 2, 1}, 71, 2},
+      {372, 190, false, {"NP0 p(76) 80", "G 1/0"}, {76, 1, 0}, 76, 0},   // the gap
+      {390, 190, false, {"NP0 p(87) 80", "G 1/11"}, {87, 1, 11}, 86, 1},
+      {40, 225, false, {"NP0 p(55) 80", "G 4/0"}, {55, 4, 0}, 55, 0},    // left of the nut
+      {700, 210, false, {"NP0 p(62) 80", "G 3/0"}, {62, 3, 0}, 62, 0},   // past the bands
+      {570, 190, false, {"NP0 p(94) 80", "G 1/18"}, {94, 1, 18}, 93, 1}, // sounds, not drawn
+  };
+  for (const auto& c : cases) {
+    sound.log.clear();
+    const MouseDownResult r = Down(c.x, c.y, c.option);
+    EXPECT_TRUE(r.handled) << c.x << "," << c.y;
+    EXPECT_EQ(sound.log, c.calls) << c.x << "," << c.y;
+    EXPECT_EQ(mdPoint, c.md) << c.x << "," << c.y;
+    EXPECT_EQ(r.index, c.index) << c.x << "," << c.y;
+    EXPECT_EQ(r.accidental, c.accidental) << c.x << "," << c.y;
+  }
+}
+
+TEST_F(MouseFixture, PlaybackBlocksThePressButLoadingDoesNot) {
+  for (Modes m : {Modes{false, true, false}, Modes{false, false, true}}) {
+    modes = m;
+    staff.preNote[0] = 1000;
+    EXPECT_FALSE(Down(215, 200).handled);
+    EXPECT_TRUE(sound.log.empty());
+    EXPECT_EQ(mdPoint, (MDPoint{-1, -1, -1}));
+    EXPECT_EQ(staff.preNote[0], 1000) << "no page turn while playing";
+  }
+  modes = Modes{true, false, false};
+  EXPECT_TRUE(Down(215, 200).handled);
+}
+
+TEST_F(MouseFixture, AMissOfTheStringsStillTurnsThePage) {
+  staff.AddNote(NoteCV{});
+  staff.icv[1].left = 960;
+  staff.preNote[0] = 992;
+  const MouseDownResult r = Down(215, 150);
+  EXPECT_FALSE(r.handled);
+  EXPECT_TRUE(sound.log.empty());
+  EXPECT_EQ(staff.preNote[0], 280);
+  EXPECT_EQ(staff.msbValue, 720);  // 840 cut to whole bars
+  EXPECT_EQ(staff.icv[1].left, 240);
+}
+
+TEST_F(MouseFixture, PageTurnsOnlyFrom984) {
+  const std::pair<int, int> cases[] = {{983, 0}, {984, 720}};
+  for (auto [preNote, msb] : cases) {
+    staff = Staff{};
+    staff.preNote[0] = preNote;
+    EXPECT_TRUE(Down(215, 200).handled);
+    EXPECT_EQ(staff.msbValue, msb) << preNote;
+    EXPECT_EQ(staff.preNote[0], msb ? 280 : preNote) << preNote;
+  }
+}
+
+TEST_F(MouseFixture, ReleaseEndsWhatThePressStartedWhereverThePointerIs) {
+  Down(120, 200);
+  sound.log.clear();
+  CVG_MouseUp(mdPoint, tuning, sound.ports);
+  EXPECT_EQ(sound.log, (Log{"NP0 p(70) 0", "GF 2/1"}));
+}

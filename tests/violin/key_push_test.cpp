@@ -1,0 +1,63 @@
+// KeyPush: the score's player sounds a pitch index and the fingerboard shows it at the
+// place the hand position gives.
+#include <gtest/gtest.h>
+
+#include "violin/key_push.h"
+#include "violin_fakes.h"
+
+using namespace lirenza;
+using namespace lirenza::testing;
+
+TEST(PositionOf, StringBoundariesInEachPosition) {
+  // Lowest and highest pitch index of strings 4, 3, 2, 1 in 1st, 3rd and 5th position.
+  const int ranges[3][4][2] = {
+      {{55, 61}, {62, 68}, {69, 75}, {76, 91}},
+      {{55, 66}, {67, 73}, {74, 80}, {81, 91}},
+      {{55, 70}, {71, 76}, {77, 83}, {84, 91}},
+  };
+  const int open[5] = {0, 76, 69, 62, 55};
+  for (int pos = 0; pos < 3; ++pos) {
+    for (int k = 0; k < 4; ++k) {
+      const int string = 4 - k;
+      for (int index : {ranges[pos][k][0], ranges[pos][k][1]}) {
+        const StringCell sc = PositionOf(index, pos);
+        EXPECT_EQ(sc.string, string) << "index " << index << " position " << pos;
+        EXPECT_EQ(sc.cell, index - open[string]) << "index " << index << " position " << pos;
+      }
+    }
+    EXPECT_EQ(PositionOf(54, pos).string, 0);
+    EXPECT_EQ(PositionOf(92, pos).string, 0);
+  }
+}
+
+TEST(KeyPush, SoundsFirstThenDrawsOnlyInsideTheFingerboard) {
+  struct Case {
+    int pFlag, index, velocity;
+    Log calls;
+  } cases[] = {
+      {0, 60, 100, {"NP1 p(60) 100", "G 4/5"}},
+      {0, 60, 0, {"NP1 p(60) 0", "GF 4/5"}},
+      {1, 81, 64, {"NP1 p(81) 64", "G 1/5"}},
+      {2, 81, 64, {"NP1 p(81) 64", "G 2/12"}},
+      {0, 91, 1, {"NP1 p(91) 1", "G 1/15"}},
+      {0, 54, 100, {"NP1 p(54) 100"}},
+      {0, 92, 100, {"NP1 p(92) 100"}},
+      {0, 21, 0, {"NP1 p(21) 0"}},
+      {0, 108, 0, {"NP1 p(108) 0"}},
+  };
+  const TuningTables tuning = MarkedTuning();
+  for (const auto& c : cases) {
+    FakeSound sound;
+    KeyPush(sound.ports, tuning, c.pFlag, c.index, c.velocity);
+    EXPECT_EQ(sound.log, c.calls) << c.index << " in position " << c.pFlag;
+  }
+}
+
+TEST(KeyPush, AnIndexOutsideThePitchTableIsNotSounded) {
+  // A hand-edited score can carry any number; it must not read past the table.
+  FakeSound sound;
+  const TuningTables tuning = MarkedTuning();
+  KeyPush(sound.ports, tuning, 0, -1, 100);
+  KeyPush(sound.ports, tuning, 0, kPitchTableSize, 100);
+  EXPECT_TRUE(sound.log.empty());
+}

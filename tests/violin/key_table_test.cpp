@@ -1,0 +1,231 @@
+// The computer keyboard as a violin: which key plays what, where it shows, and how the
+// polling pass turns key states into one sound and picture change at a time.
+#include <gtest/gtest.h>
+
+#include <set>
+#include <sstream>
+
+#include "violin/fingerboard.h"
+#include "violin/key_table.h"
+#include "violin_fakes.h"
+
+using namespace lirenza;
+using namespace lirenza::testing;
+
+namespace {
+
+// The rows as the keyboard is laid out: code, key, flag, pitch index, and
+// string/cell in 1st, 3rd, 5th position.
+const char* const kExpectedRows[] = {
+    "7 X 2 55 4/0 4/0 4/0",     "2 D 16 56 4/1 4/1 4/1",    "8 C 3 57 4/2 4/2 4/2",
+    "3 F 17 58 4/3 4/3 4/3",    "9 V 4 59 4/4 4/4 4/4",     "11 B 5 60 4/5 4/5 4/5",
+    "4 H 19 61 4/6 4/6 4/6",    "45 N 6 62 3/0 4/7 4/7",    "38 J 20 63 3/1 4/8 4/8",
+    "46 M 7 64 3/2 4/9 4/9",    "43 , 8 65 3/3 4/10 4/10",  "37 L 22 66 3/4 4/11 4/11",
+    "47 . 9 67 3/5 3/5 4/12",   "41 ; 23 68 3/6 3/6 4/13",  "44 / 10 69 2/0 3/7 4/14",
+    "39 ' 24 70 2/1 3/8 4/15",  "94 _ 11 71 2/2 3/9 3/9",   "56 Shift 12 72 2/3 3/10 3/10",
+    "16 Y 32 72 2/3 3/10 3/10", "26 7 46 73 2/4 3/11 3/11", "32 U 33 74 2/5 2/5 3/12",
+    "28 8 47 75 2/6 2/6 3/13",  "34 I 34 76 1/0 2/7 3/14",  "31 O 35 77 1/1 2/8 2/8",
+    "29 0 49 78 1/2 2/9 2/9",   "35 P 36 79 1/3 2/10 2/10", "27 - 50 80 1/4 2/11 2/11",
+    "33 [ 37 81 1/5 1/5 2/12",  "24 = 51 82 1/6 1/6 2/13",  "30 ] 38 83 1/7 1/7 2/14",
+    "36 Return 39 84 1/8 1/8 1/8",
+};
+
+struct KeyTableFixture : ::testing::Test {
+  FakeSound sound;
+  FakeKeys keys;
+  KeyFlags flag{};
+  TuningTables tuning = MarkedTuning();
+
+  bool Pass(int position) { return PollingPass(keys, flag, position, tuning, sound.ports); }
+  // Runs passes until one finds nothing, and counts those that acted.
+  int Settle(int position) {
+    int n = 0;
+    while (Pass(position)) ++n;
+    return n;
+  }
+};
+
+}  // namespace
+
+TEST(KeyTable, EveryRowAsTheKeyboardIsLaidOut) {
+  ASSERT_EQ(std::size(kExpectedRows), kKeyTable.size());
+  for (std::size_t r = 0; r < kKeyTable.size(); ++r) {
+    std::istringstream in(kExpectedRows[r]);
+    int code, flagIndex, pIndex;
+    std::string label;
+    in >> code >> label >> flagIndex >> pIndex;
+    const KeyRow& row = kKeyTable[r];
+    EXPECT_EQ(row.code, code) << "row " << r + 1;
+    EXPECT_EQ(row.flagIndex, flagIndex) << "row " << r + 1;
+    EXPECT_EQ(row.pIndex, pIndex) << "row " << r + 1;
+    for (int position = 0; position < 3; ++position) {
+      int string, cell;
+      char slash;
+      in >> string >> slash >> cell;
+      EXPECT_EQ(row.place[position].string, string) << "row " << r + 1 << " position " << position;
+      EXPECT_EQ(row.place[position].cell, cell) << "row " << r + 1 << " position " << position;
+    }
+  }
+}
+
+TEST(KeyTable, AgreesWithThePositionTableAndTheFingerboard) {
+  // The keyboard, KeyPush and the fingerboard must show one pitch at one place, or a
+  // note played along with the score would show on another string.
+  std::set<int> flags;
+  for (const KeyRow& row : kKeyTable) {
+    EXPECT_TRUE(flags.insert(row.flagIndex).second) << "flag " << row.flagIndex << " shared";
+    EXPECT_LT(row.flagIndex, kFlagCount);
+    for (int position = 0; position < 3; ++position) {
+      const StringCell sc = row.place[position];
+      const StringCell expected = PositionOf(row.pIndex, position);
+      EXPECT_EQ(sc.string, expected.string) << row.label << " position " << position;
+      EXPECT_EQ(sc.cell, expected.cell) << row.label << " position " << position;
+      EXPECT_EQ(FingerboardPitch(sc.string, sc.cell), row.pIndex) << row.label;
+    }
+  }
+}
+
+TEST_F(KeyTableFixture, ShiftAndYBothPlayC5GAndNinePlayNothing) {
+  keys.down = {56};
+  EXPECT_TRUE(Pass(0));
+  keys.down = {16};
+  EXPECT_TRUE(Pass(0));  // Shift released
+  EXPECT_TRUE(Pass(0));  // Y pressed
+  EXPECT_EQ(sound.log, (Log{"G 2/3", "NP0 p(72) 100", "GF 2/3", "NP0 p(72) 0", "G 2/3", "NP0 p(72) 100"}));
+  sound.log.clear();
+  keys.down = {5, 25, 16};  // G and 9 have no row
+  EXPECT_FALSE(Pass(0));
+  EXPECT_TRUE(sound.log.empty());
+}
+
+TEST_F(KeyTableFixture, PressAndReleaseDrawFirstThenSound) {
+  struct Case {
+    int code, position;
+    Log press, release;
+  } cases[] = {
+      {7, 0, {"G 4/0", "NP0 p(55) 100"}, {"GF 4/0", "NP0 p(55) 0"}},
+      {44, 0, {"G 2/0", "NP0 p(69) 100"}, {"GF 2/0", "NP0 p(69) 0"}},
+      {44, 1, {"G 3/7", "NP0 p(69) 100"}, {"GF 3/7", "NP0 p(69) 0"}},
+      {44, 2, {"G 4/14", "NP0 p(69) 100"}, {"GF 4/14", "NP0 p(69) 0"}},
+      {36, 2, {"G 1/8", "NP0 p(84) 100"}, {"GF 1/8", "NP0 p(84) 0"}},
+  };
+  for (const auto& c : cases) {
+    sound.log.clear();
+    keys.down = {c.code};
+    EXPECT_TRUE(Pass(c.position));
+    EXPECT_EQ(sound.log, c.press) << c.code;
+    EXPECT_FALSE(Pass(c.position)) << "a held key plays once";
+    sound.log.clear();
+    keys.down.clear();
+    EXPECT_TRUE(Pass(c.position));
+    EXPECT_EQ(sound.log, c.release) << c.code;
+    EXPECT_FALSE(Pass(c.position));
+    EXPECT_EQ(flag, KeyFlags{});
+  }
+}
+
+TEST_F(KeyTableFixture, KeysChangingTogetherTakeOnePassEachInRowOrder) {
+  // X, Y and ] at once: one a pass, in the order of the rows, not of the key codes.
+  keys.down = {30, 16, 7};
+  EXPECT_TRUE(Pass(0));
+  EXPECT_EQ(sound.log, (Log{"G 4/0", "NP0 p(55) 100"}));
+  EXPECT_TRUE(flag[2]);
+  EXPECT_FALSE(flag[32]);
+  EXPECT_EQ(Settle(0), 2);
+  EXPECT_EQ(sound.log, (Log{"G 4/0", "NP0 p(55) 100", "G 2/3", "NP0 p(72) 100", "G 1/7", "NP0 p(83) 100"}));
+  // A release and a press at one moment: the earlier row goes first.
+  sound.log.clear();
+  keys.down = {30, 16, 2};  // X up, D down
+  EXPECT_EQ(Settle(0), 2);
+  EXPECT_EQ(sound.log, (Log{"GF 4/0", "NP0 p(55) 0", "G 4/1", "NP0 p(56) 100"}));
+}
+
+TEST_F(KeyTableFixture, ReleasingShiftEndsC5WhileYStillHoldsIt) {
+  keys.down = {56, 16};
+  EXPECT_EQ(Settle(0), 2);
+  sound.log.clear();
+  keys.down = {16};
+  EXPECT_EQ(Settle(0), 1);
+  EXPECT_EQ(sound.log, (Log{"GF 2/3", "NP0 p(72) 0"}));
+  EXPECT_FALSE(flag[12]);
+  EXPECT_TRUE(flag[32]);
+}
+
+TEST_F(KeyTableFixture, PanicSilencesEveryPlayerButLeavesAHeldKeyFlagged) {
+  keys.down = {36};
+  EXPECT_TRUE(Pass(0));
+  sound.log.clear();
+  PanicSweep(tuning, sound.ports);
+  ASSERT_EQ(sound.log.size(), 127u * 7 + 1);
+  for (int i = 1; i <= 127; ++i)
+    for (int k = 0; k < 7; ++k)
+      EXPECT_EQ(sound.log[(i - 1) * 7 + k], "NP" + std::to_string(k) + " p(" + std::to_string(i) + ") 0");
+  EXPECT_EQ(sound.log.back(), "clean");
+  EXPECT_TRUE(flag[39]);
+  sound.log.clear();
+  EXPECT_FALSE(Pass(0)) << "the held key must not start again";
+  keys.down.clear();
+  EXPECT_TRUE(Pass(0));
+  EXPECT_EQ(sound.log, (Log{"GF 1/8", "NP0 p(84) 0"}));
+}
+
+TEST_F(KeyTableFixture, ReleaseAfterAPositionChangeTakesTheNewPlace) {
+  PositionState pos;
+  keys.down = {44};
+  EXPECT_TRUE(Pass(pos.pFlag));
+  EXPECT_EQ(PO_Action(pos, 2, Modes{}), 2);
+  EXPECT_TRUE(flag[10]);
+  keys.down.clear();
+  EXPECT_TRUE(Pass(pos.pFlag));
+  EXPECT_EQ(sound.log, (Log{"G 2/0", "NP0 p(69) 100", "GF 4/14", "NP0 p(69) 0"}));
+}
+
+TEST(PositionSelector, OneTimerRunsAndBusyHoldsThePosition) {
+  struct Case {
+    const char* name;
+    Modes modes;
+    int button;
+    int shown;
+    int pFlag;
+    std::array<int, 3> timers;
+  } cases[] = {
+      {"1st", {}, 0, 0, 0, {2, 0, 0}},
+      {"3rd", {}, 1, 1, 1, {0, 2, 0}},
+      {"5th", {}, 2, 2, 2, {0, 0, 2}},
+      {"while reading", {true, false, false}, 2, 1, 1, {0, 2, 0}},
+      {"while playing", {false, true, false}, 0, 1, 1, {0, 2, 0}},
+      {"while the list plays", {false, false, true}, 2, 1, 1, {0, 2, 0}},
+  };
+  for (const auto& c : cases) {
+    PositionState state{1, {0, 2, 0}};
+    EXPECT_EQ(PO_Action(state, c.button, c.modes), c.shown) << c.name;
+    EXPECT_EQ(state.pFlag, c.pFlag) << c.name;
+    EXPECT_EQ(state.timerMode, c.timers) << c.name;
+  }
+}
+
+TEST(PositionSelector, EditAndPlayModeTouchOnlyTheFirstTimer) {
+  PositionState state{2, {0, 0, 2}};
+  RBT_PollingTimer(state, 1);
+  EXPECT_EQ(state.timerMode, (std::array<int, 3>{2, 0, 2}));
+  RBT_PollingTimer(state, 0);
+  EXPECT_EQ(state.timerMode, (std::array<int, 3>{0, 0, 2}));
+  EXPECT_EQ(state.pFlag, 2);
+}
+
+TEST(KeyDown, ReturnIsPanicAndArrowsStepTheSliders) {
+  struct Case {
+    int code;
+    bool panic;
+    int slider, step;
+  } cases[] = {
+      {13, true, -1, 0}, {30, false, 0, 1}, {31, false, 0, -1}, {29, false, 1, 1},
+      {28, false, 1, -1}, {32, false, -1, 0}, {97, false, -1, 0},
+  };
+  for (const auto& c : cases) {
+    const KeyDownAction a = EventKeyDownAction(c.code);
+    EXPECT_EQ(a.panic, c.panic) << c.code;
+    EXPECT_EQ(a.slider, c.slider) << c.code;
+    EXPECT_EQ(a.step, c.step) << c.code;
+  }
+}

@@ -1,0 +1,98 @@
+#pragma once
+// Fakes for the violin's ports. Every player, the fingerboard and the staff view write
+// into one log, so a test sees the order of sound and picture across them all.
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tuning/pure_scale.h"
+#include "violin/playback.h"
+#include "violin/ports.h"
+
+namespace lirenza::testing {
+
+using Log = std::vector<std::string>;
+
+// p(i) sits a little above i semitones, so a pitch that skipped the table shows up.
+inline constexpr int kPOffset = 3;
+inline TuningTables MarkedTuning() {
+  TuningTables t;
+  for (int i = 0; i < kPitchTableSize; ++i) t.p[i] = i * 256LL + kPOffset;
+  return t;
+}
+
+// "NP1 p(60) 100" when the pitch came from the table, the raw number otherwise.
+inline std::string PitchText(int pitch) {
+  if (pitch % 256 == kPOffset) return "p(" + std::to_string(pitch / 256) + ")";
+  return std::to_string(pitch);
+}
+
+class FakePlayer : public NotePlayer {
+ public:
+  FakePlayer(Log& log, int id) : log_(log), id_(id) {}
+  void Instrument(int number) override { log_.push_back("NP" + std::to_string(id_) + " inst " + std::to_string(number)); }
+  void PlayNote(int pitch, int velocity) override {
+    log_.push_back("NP" + std::to_string(id_) + " " + PitchText(pitch) + " " + std::to_string(velocity));
+  }
+
+ private:
+  Log& log_;
+  int id_;
+};
+
+class FakeFingerboard : public FingerboardView {
+ public:
+  explicit FakeFingerboard(Log& log) : log_(log) {}
+  void LHandG(int string, int cell) override { log_.push_back("G " + std::to_string(string) + "/" + std::to_string(cell)); }
+  void LHandGF(int string, int cell) override { log_.push_back("GF " + std::to_string(string) + "/" + std::to_string(cell)); }
+  void ShowCleanViolin() override { log_.push_back("clean"); }
+
+ private:
+  Log& log_;
+};
+
+class FakeKeys : public KeyState {
+ public:
+  bool AsyncKeyDown(int code) const override { return down.count(code) != 0; }
+  std::set<int> down;
+};
+
+class FakeClock : public Clock {
+ public:
+  long long Ticks() const override { return static_cast<long long>(now * 60 / 1e6); }
+  double Microseconds() const override { return now; }
+  double now = 1e9;  // far from zero, so elapsed time and raw clock differ
+};
+
+// Seven players and a fingerboard on one log.
+struct FakeSound {
+  Log log;
+  std::vector<FakePlayer> players;
+  FakeFingerboard view{log};
+  SoundPorts ports;
+  FakeSound() {
+    for (int k = 0; k < kNotePlayers; ++k) players.emplace_back(log, k);
+    for (int k = 0; k < kNotePlayers; ++k) ports.np[k] = &players[k];
+    ports.view = &view;
+  }
+  // Log lines of one player only.
+  Log Of(int id) const {
+    Log out;
+    const std::string prefix = "NP" + std::to_string(id) + " ";
+    for (const auto& line : log)
+      if (line.rfind(prefix, 0) == 0) out.push_back(line);
+    return out;
+  }
+};
+
+class FakeStaffView : public StaffView {
+ public:
+  explicit FakeStaffView(Log& log) : log_(log) {}
+  void RefreshNote(int index) override { log_.push_back("refresh " + std::to_string(index)); }
+  void RefreshStaff() override { log_.push_back("refresh MCV"); }
+
+ private:
+  Log& log_;
+};
+
+}  // namespace lirenza::testing
