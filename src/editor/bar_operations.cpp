@@ -45,6 +45,7 @@ void BarAdd(Staff& staff) {
 void BarCopyMark(Staff& staff) { staff.preCord[1] = staff.preCord[0]; }
 
 void CopyNote(Staff& staff, const NoteCV& from, int left) {
+  // Only what a score file stores is copied: no gesture state, no playing highlight.
   NoteCV n;
   n.left = left;
   n.top = from.top;
@@ -57,8 +58,7 @@ void CopyNote(Staff& staff, const NoteCV& from, int left) {
   n.dr = from.dr;
   n.note = from.note;
   n.position = from.position;
-  n.backdrop = NotePictureName(from.position ? 'u' : 'n', n.dr);
-  if (n.ve == "0") n.backdrop = NotePictureName('r', n.dr);
+  n.backdrop = StoredBackdrop(n);
   staff.AddNote(n);
   if (InView(staff.icv.back())) RepaintToken(staff.icv.back());
 }

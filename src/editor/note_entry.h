@@ -35,6 +35,10 @@ std::string VelocityDigitFor(int preVBB);
 bool MCV_MouseDown(Staff& staff, EntryState& entry, const Modes& modes, Modifiers mods, long long ticks, int x,
                    int y);
 
+// The narrow canvas at the right end of the staff: a press there counts as the first
+// click of a double click on the staff.
+inline void RMCV_MouseDown(EntryState& entry, long long ticks) { entry.dCT = ticks; }
+
 // A note from the fingerboard: pitch is a natural line, accidental 0 none, 1 sharp,
 // 2 flat. Goes in at the entry column and moves it on by 32 (a rest by noteSpace).
 void InScore(Staff& staff, const EntryState& entry, int pitch, int accidental);

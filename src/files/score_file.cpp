@@ -68,10 +68,9 @@ NoteCV ParseRecord(std::string_view record) {
   n.ve = field(9);
   n.dr = field(10);
   n.note = field(11);
-  // The stored flag, compared as text, chooses the family; a rest always shows a rest.
+  // The stored flag is compared as text: anything but "0" is the u family.
   n.position = field(3) != "0";
-  n.backdrop = NotePictureName(n.position ? 'u' : 'n', n.dr);
-  if (n.ve == "0") n.backdrop = NotePictureName('r', n.dr);
+  n.backdrop = StoredBackdrop(n);
   return n;
 }
 

@@ -16,6 +16,10 @@ void FillFromToken(NoteCV& note, std::string_view token) {
   note.dr = token.empty() ? std::string() : std::string(token.substr(token.size() - 1));
 }
 
+std::string StoredBackdrop(const NoteCV& note) {
+  return NotePictureName(note.IsRest() ? 'r' : note.position ? 'u' : 'n', note.dr);
+}
+
 void RepaintToken(NoteCV& note) {
   note.noteNo = note.nline + note.sf + note.ks;
   note.note = NoteStr(note.noteNo, note.sf) + note.ve + note.dr;

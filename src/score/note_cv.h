@@ -35,6 +35,10 @@ struct NoteCV {
 // "E4b98" is E flat 4, velocity digit 9, duration digit 8. ks is left alone.
 void FillFromToken(NoteCV& note, std::string_view token);
 
+// The picture of a note rebuilt from its stored fields (a loaded or copied note): the
+// stored position chooses the family, and a rest always shows a rest.
+std::string StoredBackdrop(const NoteCV& note);
+
 // What every paint does: noteNo = nline + sf + ks, and the token spelled again from
 // it with the note's own accidental choosing the sharp or flat name.
 void RepaintToken(NoteCV& note);

@@ -198,3 +198,11 @@ TEST(InScore, TheFingerboardKeepsThePitchPlayedAndTheSignatureWins) {
   EXPECT_EQ(s.icv[3].top, 111);
   EXPECT_EQ(s.preNote[0], s.icv[3].left + 16);
 }
+
+TEST(NoteEntry, APressAtTheRightEndStartsADoubleClick) {
+  Staff s;
+  EntryState e;
+  RMCV_MouseDown(e, 500);
+  EXPECT_TRUE(MCV_MouseDown(s, e, {}, {}, 510, 20, 78));
+  EXPECT_EQ(s.NoteCount(), 1);
+}
