@@ -1,0 +1,257 @@
+#include "violin/playback.h"
+
+#include "violin/key_push.h"
+
+namespace lirenza {
+
+namespace {
+
+constexpr int kFollowPageColumn = 984;  // a note this far right is off the visible staff
+constexpr int kFollowPageStep = 840;
+constexpr int kSweepLow = 21;           // Stop silences the whole piano range
+constexpr int kSweepHigh = 108;
+
+int Index(PlayTimer t) { return static_cast<int>(t); }
+
+void Run(PlaybackState& state, PlayTimer t, bool on) { state.running[Index(t)] = on; }
+
+bool IsListTimer(PlayTimer t) { return t == PlayTimer::Ti3 || t == PlayTimer::Ti4 || t == PlayTimer::Ti41; }
+
+// A note the event list points at is gone from the staff. Nothing sensible can be
+// shown for it, so the timers stop where they are and the flags stay: Stop still ends
+// the playback as usual.
+void StopOnMissingNote(PlaybackState& state) {
+  Run(state, PlayTimer::Ti1, false);
+  Run(state, PlayTimer::Ti2, false);
+  Run(state, PlayTimer::Ti3, false);
+  Run(state, PlayTimer::Ti4, false);
+}
+
+void SoundOnly(const PlayEvent& e, const PlaybackEnv& env) {
+  if (env.sound.np[1] && e.pitch >= 0 && e.pitch < kPitchTableSize)
+    env.sound.np[1]->PlayNote(static_cast<int>(env.tuning.p[e.pitch]), e.velocity);
+}
+
+// Follows the score on the staff: pages the view when the note is off its right end,
+// and moves the highlight from the previous event's note to this one.
+bool FollowOnStaff(const PlaybackState& state, int i, bool repaint, const PlaybackEnv& env) {
+  const PlayEvent& e = state.events[i];
+  const int previous = state.events[i - 1].place;
+  Staff& staff = env.staff;
+  if (!staff.Exists(e.place) || !staff.Exists(previous)) return false;
+  if (staff.icv[e.place].left >= kFollowPageColumn) SetMSBValue(staff, staff.msbValue + kFollowPageStep);
+  KeyPush(env.sound, env.tuning, env.pFlag, e.pitch, e.velocity);
+  staff.icv[previous].nOnFlag = false;
+  if (repaint) env.view.RefreshNote(previous);
+  if (e.velocity != 0) {
+    staff.icv[e.place].nOnFlag = true;
+    env.view.RefreshNote(e.place);
+  }
+  return true;
+}
+
+void SelectNextRow(ScoreList& list) {
+  const int row = list.SelectedRow();
+  list.Select(row >= list.Rows() - 1 || row < 0 ? 0 : row + 1);
+}
+
+// Loads the next score of the list and starts it; quiet leaves the labels alone.
+void NextScore(PlaybackState& state, bool quiet, const PlaybackEnv& env) {
+  SelectNextRow(env.list);
+  if (!quiet) {
+    state.playingLabel = false;
+    env.modes.noteReading = true;
+  }
+  env.list.SetNotes();
+  PlayNotes(state, env);
+  if (!quiet) {
+    env.modes.noteReading = false;
+    state.playingLabel = true;
+  }
+}
+
+void EndOfPiece(PlaybackState& state, PlayTimer timer, int last, const PlaybackEnv& env) {
+  if (IsListTimer(timer)) {
+    NextScore(state, timer == PlayTimer::Ti41, env);
+    return;
+  }
+  if (timer == PlayTimer::Ti21 && last >= 1 && env.staff.Exists(state.events[last].place))
+    env.view.RefreshNote(state.events[last].place);
+  state.noteNo = 1;
+  SetMSBValue(env.staff, 0);
+  state.startT = env.clock.Microseconds();
+}
+
+void Stop(PlaybackState& state, PlayStyle style, const PlaybackEnv& env) {
+  state.listEnabled = true;
+  Modes& modes = env.modes;
+  const int i = state.noteNo;
+  if (modes.playflag) {
+    modes.playflag = false;
+    state.buttonPicture[0] = kTransportPictures[0].up;
+    state.buttonPicture[2] = kTransportPictures[2].up;
+    state.playingLabel = false;
+    if (style.live) {
+      Run(state, PlayTimer::Ti1, false);
+    } else {
+      Run(state, PlayTimer::Ti2, false);
+      Run(state, PlayTimer::Ti21, false);
+      const int place = i >= 0 && i < static_cast<int>(state.events.size()) ? state.events[i].place : -1;
+      if (!env.staff.Exists(place)) {
+        StopOnMissingNote(state);
+        return;
+      }
+      env.staff.icv[place].nOnFlag = false;
+      env.view.RefreshNote(place);
+    }
+  } else if (modes.repeatflag) {
+    modes.repeatflag = false;
+    modes.playflag = false;
+    state.buttonPicture[2] = kTransportPictures[2].up;
+    state.buttonPicture[1] = kTransportPictures[1].down;
+    state.playingLabel = false;
+    if (style.live) {
+      Run(state, PlayTimer::Ti3, false);
+    } else {
+      Run(state, PlayTimer::Ti4, false);
+      Run(state, PlayTimer::Ti41, false);
+    }
+  }
+  // Whatever still sounds on the score's player ends, and the fingerboard is cleared.
+  for (int n = kSweepLow; n <= kSweepHigh; ++n) KeyPush(env.sound, env.tuning, env.pFlag, n, 0);
+  const int before = i - 1;
+  if (before >= 0 && before < static_cast<int>(state.events.size()) &&
+      env.staff.Exists(state.events[before].place)) {
+    env.view.RefreshNote(state.events[before].place);
+    SetMSBValue(env.staff, 0);
+  }
+}
+
+}  // namespace
+
+const std::array<ButtonPictures, kTransportButtons> kTransportPictures{{
+    {"PlayButton", "PlayButtonB"},
+    {"StopButton", "StopButtonB"},
+    {"RepeatButton", "RepeatButtonB"},
+    {"ChangeMidi0", "ChangeMidi1"},
+    {"PlayMidi0", "PlayMidi1"},
+    {"MidiToAiff0", "MidiToAiff1"},
+    {"PlayAiff0", "PlayAiff1"},
+}};
+
+std::array<std::string, kTransportButtons> PlaybackState::UpPictures() {
+  std::array<std::string, kTransportButtons> names;
+  for (int k = 0; k < kTransportButtons; ++k) names[k] = kTransportPictures[k].up;
+  return names;
+}
+
+bool PlaybackState::AnyRunning() const {
+  for (bool r : running)
+    if (r) return true;
+  return false;
+}
+
+PlayTimer TimerFor(bool list, PlayStyle style) {
+  if (style.live) return list ? PlayTimer::Ti3 : PlayTimer::Ti1;
+  if (style.playMode) return list ? PlayTimer::Ti4 : PlayTimer::Ti2;
+  return list ? PlayTimer::Ti41 : PlayTimer::Ti21;
+}
+
+void PlayNotes(PlaybackState& state, const PlaybackEnv& env) {
+  state.events = BuildEventList(env.staff.icv, env.d, env.tGT);
+  state.startT = env.clock.Microseconds();
+  state.noteNo = 1;
+  state.noteCount = static_cast<int>(state.events.size()) - 1;
+}
+
+bool PlaybackTick(PlaybackState& state, PlayTimer timer, const PlaybackEnv& env) {
+  if (!state.Running(timer)) return false;
+  const int i = state.noteNo;
+  bool carried = false;
+  if (i >= 1 && i <= state.noteCount && i < static_cast<int>(state.events.size())) {
+    const PlayEvent& e = state.events[i];
+    if (e.time * env.d > env.clock.Microseconds() - state.startT) return false;
+    switch (timer) {
+      case PlayTimer::Ti1:
+      case PlayTimer::Ti3:
+        SoundOnly(e, env);
+        break;
+      case PlayTimer::Ti2:
+      case PlayTimer::Ti4:
+        KeyPush(env.sound, env.tuning, env.pFlag, e.pitch, e.velocity);
+        break;
+      case PlayTimer::Ti21:
+      case PlayTimer::Ti41:
+        if (!FollowOnStaff(state, i, timer == PlayTimer::Ti21, env)) {
+          // This timer would meet the same gap at every tick: it stops too.
+          StopOnMissingNote(state);
+          Run(state, timer, false);
+          return false;
+        }
+        break;
+    }
+    state.noteNo = i + 1;
+    carried = true;
+  }
+  if (state.noteNo > state.noteCount) EndOfPiece(state, timer, carried ? i : 0, env);
+  if (timer == PlayTimer::Ti21) env.view.RefreshStaff();
+  return carried;
+}
+
+double MicrosecondsUntilDue(const PlaybackState& state, const PlaybackEnv& env) {
+  const int i = state.noteNo;
+  if (i < 1 || i > state.noteCount || i >= static_cast<int>(state.events.size())) return 0;
+  const double wait = state.events[i].time * env.d - (env.clock.Microseconds() - state.startT);
+  return wait > 0 ? wait : 0;
+}
+
+bool PlayCV_MouseDown(PlaybackState& state, int index, PlayStyle style, const PlaybackEnv& env) {
+  Modes& modes = env.modes;
+  if (modes.noteReading) return false;
+  switch (index) {
+    case 0:
+      if (!env.staff.Exists(1) || modes.playflag || !env.staff.noteChanged) return false;
+      state.listEnabled = false;
+      SetMSBValue(env.staff, 0);
+      modes.playflag = true;
+      state.playingLabel = true;
+      state.buttonPicture[0] = kTransportPictures[0].down;
+      PlayNotes(state, env);
+      Run(state, TimerFor(false, style), true);
+      return true;
+    case 2:
+      if (env.list.Rows() < 2 || modes.repeatflag) return false;
+      state.listEnabled = false;
+      SetMSBValue(env.staff, 0);
+      modes.repeatflag = true;
+      state.buttonPicture[2] = kTransportPictures[2].down;
+      modes.noteReading = true;
+      env.list.SetNotes();
+      PlayNotes(state, env);
+      modes.noteReading = false;
+      state.playingLabel = true;
+      Run(state, TimerFor(true, style), true);
+      return true;
+    case 1:
+      Stop(state, style, env);
+      return true;
+    default:
+      return false;
+  }
+}
+
+void PlayCV_MouseUp(PlaybackState& state, int index) {
+  if (index >= 0 && index < kTransportButtons) state.buttonPicture[index] = kTransportPictures[index].up;
+}
+
+void PlayCV_MouseEnter(PlaybackState& state, int index) {
+  if (index >= 0 && index < kTransportButtons) state.buttonPicture[index] = kTransportPictures[index].down;
+}
+
+void PlayCV_MouseExit(PlaybackState& state, int index, const Modes& modes) {
+  if (index < 0 || index >= kTransportButtons) return;
+  if ((index == 0 && modes.playflag) || (index == 2 && modes.repeatflag)) return;
+  state.buttonPicture[index] = kTransportPictures[index].up;
+}
+
+}  // namespace lirenza

@@ -1,0 +1,475 @@
+// Score playback against a fake clock: each event at its time, one a tick, the tempo
+// slider moving what is still to come, the ends of a piece, and the transport buttons.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <random>
+
+#include "violin/playback.h"
+#include "violin_fakes.h"
+
+using namespace lirenza;
+using namespace lirenza::testing;
+
+namespace {
+
+NoteCV Note(int left, int noteNo, const char* dr = "4", const char* ve = "9") {
+  NoteCV n;
+  n.left = left;
+  n.noteNo = noteNo;
+  n.dr = dr;
+  n.ve = ve;
+  return n;
+}
+
+class FakeScoreList : public ScoreList {
+ public:
+  FakeScoreList(Log& log, Staff& staff, const Modes& modes) : log_(log), staff_(staff), modes_(modes) {}
+  int Rows() const override { return static_cast<int>(scores.size()); }
+  int SelectedRow() const override { return selected; }
+  void Select(int row) override {
+    selected = row;
+    log_.push_back("select " + std::to_string(row));
+  }
+  void SetNotes() override {
+    log_.push_back("load " + std::to_string(selected) + (modes_.noteReading ? " reading" : ""));
+    staff_.icv.resize(1);
+    for (const NoteCV& n : scores[selected]) staff_.AddNote(n);
+  }
+  std::vector<std::vector<NoteCV>> scores;
+  int selected = 0;
+
+ private:
+  Log& log_;
+  Staff& staff_;
+  const Modes& modes_;
+};
+
+constexpr PlayStyle kLive{true, false};
+constexpr PlayStyle kManualPlay{false, true};
+constexpr PlayStyle kManualEdit{false, false};
+
+struct PlaybackFixture : ::testing::Test {
+  FakeSound sound;
+  Staff staff;
+  Modes modes;
+  TuningTables tuning = MarkedTuning();
+  int pFlag = 0;
+  double d = 1.0;
+  double tGT = 0.75;
+  FakeClock clock;
+  FakeStaffView view{sound.log};
+  FakeScoreList list{sound.log, staff, modes};
+  PlaybackEnv env{staff, modes, tuning, pFlag, d, tGT, clock, sound.ports, view, list};
+  PlaybackState state;
+  double t0 = 0;
+
+  void Add(const NoteCV& n) {
+    staff.AddNote(n);
+    staff.noteChanged = true;
+  }
+  bool Press(int index, PlayStyle style) {
+    const bool acted = PlayCV_MouseDown(state, index, style, env);
+    t0 = clock.now;
+    return acted;
+  }
+  // One tick with the clock at `elapsed` microseconds after the start.
+  bool TickAt(double elapsed, PlayTimer t) {
+    clock.now = t0 + elapsed;
+    return PlaybackTick(state, t, env);
+  }
+  // The log lines a tick added.
+  Log TickLog(double elapsed, PlayTimer t) {
+    sound.log.clear();
+    TickAt(elapsed, t);
+    return sound.log;
+  }
+};
+
+// Three notes one after another: a crotchet, a quaver, a minim.
+void AddMelody(PlaybackFixture& f) {
+  f.Add(Note(136, 60, "4"));
+  f.Add(Note(168, 64, "8"));
+  f.Add(Note(200, 67, "2"));
+}
+
+}  // namespace
+
+TEST_F(PlaybackFixture, EveryEventSoundsAtItsDueTimeAndNotBefore) {
+  AddMelody(*this);
+  ASSERT_TRUE(Press(0, kLive));
+  // The first note waits for the template's crotchet; each sounds 0.75 of its length.
+  const std::pair<double, const char*> due[] = {
+      {480000, "NP1 p(60) 75"}, {840000, "NP1 p(60) 0"},   {960000, "NP1 p(64) 75"},
+      {1140000, "NP1 p(64) 0"}, {1200000, "NP1 p(67) 75"}, {1920000, "NP1 p(67) 0"},
+  };
+  for (auto [time, line] : due) {
+    EXPECT_FALSE(TickAt(time - 1, PlayTimer::Ti1)) << time;
+    sound.log.clear();
+    EXPECT_TRUE(TickAt(time, PlayTimer::Ti1)) << time;
+    EXPECT_EQ(sound.log, Log{line}) << time;
+  }
+  // The loop starts over from the last event's tick.
+  EXPECT_EQ(state.noteNo, 1);
+  EXPECT_EQ(state.startT, t0 + 1920000);
+}
+
+TEST_F(PlaybackFixture, OverdueEventsComeOneATick) {
+  AddMelody(*this);
+  ASSERT_TRUE(Press(0, kLive));
+  clock.now = t0 + 10e6;
+  Log expected{"NP1 p(60) 75", "NP1 p(60) 0", "NP1 p(64) 75", "NP1 p(64) 0", "NP1 p(67) 75", "NP1 p(67) 0"};
+  for (std::size_t k = 0; k < expected.size(); ++k) {
+    EXPECT_TRUE(PlaybackTick(state, PlayTimer::Ti1, env));
+    ASSERT_EQ(sound.log.size(), k + 1);
+  }
+  EXPECT_EQ(sound.log, expected);
+  // The last tick ended the piece: the loop starts at the present time.
+  EXPECT_FALSE(PlaybackTick(state, PlayTimer::Ti1, env));
+  EXPECT_EQ(sound.log.size(), expected.size());
+}
+
+TEST_F(PlaybackFixture, ATempoChangeMovesTheEventsStillToCome) {
+  AddMelody(*this);
+  ASSERT_TRUE(Press(0, kLive));
+  EXPECT_TRUE(TickAt(480000, PlayTimer::Ti1));
+  d = 2.0;  // slower: the note-off at 840000 now falls at 1680000
+  EXPECT_FALSE(TickAt(840000, PlayTimer::Ti1));
+  EXPECT_EQ(MicrosecondsUntilDue(state, env), 840000);
+  EXPECT_FALSE(TickAt(1679999, PlayTimer::Ti1));
+  EXPECT_TRUE(TickAt(1680000, PlayTimer::Ti1));
+  d = 0.6;  // faster: three events are overdue at once and come one a tick
+  clock.now = t0 + 1000000;
+  EXPECT_EQ(MicrosecondsUntilDue(state, env), 0);
+  EXPECT_TRUE(PlaybackTick(state, PlayTimer::Ti1, env));   // 960000 × 0.6
+  EXPECT_TRUE(PlaybackTick(state, PlayTimer::Ti1, env));   // 1140000 × 0.6
+  EXPECT_TRUE(PlaybackTick(state, PlayTimer::Ti1, env));   // 1200000 × 0.6
+  EXPECT_FALSE(PlaybackTick(state, PlayTimer::Ti1, env));  // 1920000 × 0.6 still ahead
+  EXPECT_DOUBLE_EQ(MicrosecondsUntilDue(state, env), 152000);
+  EXPECT_EQ(sound.Of(1).back(), "NP1 p(67) 75");
+}
+
+TEST_F(PlaybackFixture, TheTempoAtStartCountsTwice) {
+  // The list is built at the slider's factor and compared at it again.
+  Add(Note(136, 60));
+  d = 2.0;
+  ASSERT_TRUE(Press(0, kLive));
+  EXPECT_EQ(MicrosecondsUntilDue(state, env), 1920000);
+  EXPECT_FALSE(TickAt(1919999, PlayTimer::Ti1));
+  EXPECT_TRUE(TickAt(1920000, PlayTimer::Ti1));
+}
+
+TEST_F(PlaybackFixture, AChordSoundsTogetherAndTheNextStepIsItsLastNote) {
+  Add(Note(136, 60, "4"));
+  Add(Note(136, 64, "8"));
+  Add(Note(168, 67, "4"));
+  ASSERT_TRUE(Press(0, kManualPlay));
+  ASSERT_TRUE(state.Running(PlayTimer::Ti2));
+  const std::pair<double, Log> due[] = {
+      {480000, {"NP1 p(60) 75", "G 4/5"}}, {480000, {"NP1 p(64) 75", "G 3/2"}},
+      {660000, {"NP1 p(64) 0", "GF 3/2"}}, {720000, {"NP1 p(67) 75", "G 3/5"}},
+      {840000, {"NP1 p(60) 0", "GF 4/5"}}, {1080000, {"NP1 p(67) 0", "GF 3/5"}},
+  };
+  for (const auto& [time, lines] : due) {
+    EXPECT_FALSE(TickAt(time - 1, PlayTimer::Ti2)) << time;
+    EXPECT_EQ(TickLog(time, PlayTimer::Ti2), lines) << time;
+  }
+}
+
+TEST_F(PlaybackFixture, ARestKeepsItsTimeSilently) {
+  Add(Note(136, 60, "4", "0"));
+  Add(Note(168, 62, "4", "F"));
+  ASSERT_TRUE(Press(0, kLive));
+  clock.now = t0 + 10e6;
+  for (int k = 0; k < 4; ++k) PlaybackTick(state, PlayTimer::Ti1, env);
+  EXPECT_EQ(sound.log, (Log{"NP1 p(60) 0", "NP1 p(60) 0", "NP1 p(62) 127", "NP1 p(62) 0"}));
+}
+
+TEST_F(PlaybackFixture, EveryNoteStartedIsEndedOnceThePieceIsOver) {
+  std::mt19937 rng(11);
+  const char* digits[] = {"0", "2", "4", "6", "8", "A", "C", "F"};
+  const char* vels[] = {"0", "5", "9", "F"};
+  for (int k = 0; k < 60; ++k)
+    Add(Note(136 + 8 * static_cast<int>(rng() % 100), 40 + static_cast<int>(rng() % 60), digits[rng() % 8],
+             vels[rng() % 4]));
+  ASSERT_TRUE(Press(0, kManualPlay));
+  clock.now = t0 + 1e12;
+  for (int k = 0; k < 120; ++k) ASSERT_TRUE(PlaybackTick(state, PlayTimer::Ti2, env));
+  EXPECT_EQ(state.noteNo, 1) << "the whole piece was played";
+  std::map<std::string, int> sounding;
+  for (const std::string& line : sound.Of(1)) {
+    const auto space = line.rfind(' ');
+    const std::string pitch = line.substr(0, space);
+    if (line.substr(space + 1) != "0") ++sounding[pitch];
+    else if (sounding[pitch] > 0) --sounding[pitch];
+  }
+  for (const auto& [pitch, count] : sounding) EXPECT_EQ(count, 0) << pitch << " still sounds";
+}
+
+TEST_F(PlaybackFixture, LoopStartsOverUnscrolled) {
+  AddMelody(*this);
+  ASSERT_TRUE(Press(0, kManualPlay));
+  SetMSBValue(staff, 288);
+  for (double t : {480000, 840000, 960000, 1140000, 1200000}) ASSERT_TRUE(TickAt(t, PlayTimer::Ti2));
+  EXPECT_EQ(staff.msbValue, 288);
+  ASSERT_TRUE(TickAt(1920000, PlayTimer::Ti2));
+  EXPECT_EQ(staff.msbValue, 0);
+  EXPECT_EQ(state.noteNo, 1);
+  EXPECT_TRUE(modes.playflag);
+  EXPECT_FALSE(TickAt(1920000 + 479999, PlayTimer::Ti2));
+  EXPECT_EQ(TickLog(1920000 + 480000, PlayTimer::Ti2), (Log{"NP1 p(60) 75", "G 4/5"}));
+}
+
+TEST_F(PlaybackFixture, FollowingTheStaffMovesTheHighlightAndRepaints) {
+  Add(Note(136, 60));
+  Add(Note(168, 62));
+  ASSERT_TRUE(Press(0, kManualEdit));
+  ASSERT_TRUE(state.Running(PlayTimer::Ti21));
+  EXPECT_EQ(TickLog(480000, PlayTimer::Ti21), (Log{"NP1 p(60) 75", "G 4/5", "refresh 0", "refresh 1", "refresh MCV"}));
+  EXPECT_TRUE(staff.icv[1].nOnFlag);
+  EXPECT_EQ(TickLog(840000, PlayTimer::Ti21), (Log{"NP1 p(60) 0", "GF 4/5", "refresh 1", "refresh MCV"}));
+  EXPECT_FALSE(staff.icv[1].nOnFlag);
+  EXPECT_EQ(TickLog(960000, PlayTimer::Ti21), (Log{"NP1 p(62) 75", "G 3/0", "refresh 1", "refresh 2", "refresh MCV"}));
+  EXPECT_TRUE(staff.icv[2].nOnFlag);
+  // The last event, then the end of the piece repaints its note and the staff.
+  EXPECT_EQ(TickLog(1320000, PlayTimer::Ti21),
+            (Log{"NP1 p(62) 0", "GF 3/0", "refresh 2", "refresh 2", "refresh MCV"}));
+  EXPECT_FALSE(staff.icv[2].nOnFlag);
+}
+
+TEST_F(PlaybackFixture, FollowingPagesTheStaffWhenANoteIsPastTheView) {
+  Add(Note(976, 60));
+  Add(Note(984, 62));
+  ASSERT_TRUE(Press(0, kManualEdit));
+  // Time does not follow the distance in pixels: the first note starts a crotchet in,
+  // however far right it stands.
+  ASSERT_TRUE(TickAt(480000, PlayTimer::Ti21));
+  ASSERT_TRUE(TickAt(840000, PlayTimer::Ti21));
+  EXPECT_EQ(staff.msbValue, 0) << "976 is still in view";
+  ASSERT_TRUE(TickAt(960000, PlayTimer::Ti21));
+  EXPECT_EQ(staff.msbValue, 720) << "840 cut to whole bars";
+  EXPECT_EQ(staff.icv[2].left, 264);
+  EXPECT_EQ(staff.icv[1].left, 256);
+  ASSERT_TRUE(TickAt(1320000, PlayTimer::Ti21));
+  EXPECT_EQ(staff.msbValue, 0) << "the loop starts unscrolled";
+  EXPECT_EQ(staff.icv[2].left, 984);
+}
+
+TEST_F(PlaybackFixture, PlayRefusesWithoutNotesChangesOrWhilePlaying) {
+  struct Case {
+    const char* name;
+    bool note, changed;
+    Modes modes;
+  } cases[] = {
+      {"no notes", false, true, {}},
+      {"nothing changed", true, false, {}},
+      {"already playing", true, true, {false, true, false}},
+      {"reading a score", true, true, {true, false, false}},
+  };
+  for (const auto& c : cases) {
+    staff = Staff{};
+    if (c.note) staff.AddNote(Note(136, 60));
+    staff.noteChanged = c.changed;
+    modes = c.modes;
+    state = PlaybackState{};
+    sound.log.clear();
+    EXPECT_FALSE(Press(0, kManualPlay)) << c.name;
+    EXPECT_FALSE(state.AnyRunning()) << c.name;
+    EXPECT_EQ(modes.playflag, c.modes.playflag) << c.name;
+    EXPECT_TRUE(state.listEnabled) << c.name;
+    EXPECT_EQ(state.buttonPicture[0], "PlayButton") << c.name;
+    EXPECT_TRUE(sound.log.empty()) << c.name;
+  }
+}
+
+TEST_F(PlaybackFixture, PlayTakesTheTimerOfTheStyle) {
+  const std::pair<PlayStyle, PlayTimer> cases[] = {
+      {kLive, PlayTimer::Ti1}, {kManualPlay, PlayTimer::Ti2}, {kManualEdit, PlayTimer::Ti21}};
+  for (auto [style, timer] : cases) {
+    staff = Staff{};
+    Add(Note(136, 60));
+    SetMSBValue(staff, 432);
+    modes = {};
+    state = PlaybackState{};
+    ASSERT_TRUE(Press(0, style));
+    for (int k = 0; k < kPlayTimers; ++k)
+      EXPECT_EQ(state.running[k], k == static_cast<int>(timer)) << "timer " << k;
+    EXPECT_TRUE(modes.playflag);
+    EXPECT_FALSE(state.listEnabled);
+    EXPECT_TRUE(state.playingLabel);
+    EXPECT_EQ(state.buttonPicture[0], "PlayButtonB");
+    EXPECT_EQ(staff.msbValue, 0);
+    EXPECT_EQ(state.noteCount, 2);
+    EXPECT_EQ(MicrosecondsUntilDue(state, env), 480000);
+  }
+  EXPECT_EQ(TimerFor(true, kLive), PlayTimer::Ti3);
+  EXPECT_EQ(TimerFor(true, kManualPlay), PlayTimer::Ti4);
+  EXPECT_EQ(TimerFor(true, kManualEdit), PlayTimer::Ti41);
+}
+
+TEST_F(PlaybackFixture, StopSilencesTheScorePlayerAndClearsTheHighlight) {
+  AddMelody(*this);
+  ASSERT_TRUE(Press(0, kManualEdit));
+  ASSERT_TRUE(TickAt(480000, PlayTimer::Ti21));
+  SetMSBValue(staff, 144);
+  sound.log.clear();
+  EXPECT_TRUE(Press(1, kManualEdit));
+  EXPECT_FALSE(modes.playflag);
+  EXPECT_FALSE(state.AnyRunning());
+  EXPECT_FALSE(staff.icv[1].nOnFlag);
+  EXPECT_EQ(staff.msbValue, 0);
+  EXPECT_TRUE(state.listEnabled);
+  EXPECT_FALSE(state.playingLabel);
+  EXPECT_EQ(state.buttonPicture[0], "PlayButton");
+  EXPECT_EQ(state.buttonPicture[2], "RepeatButton");
+  Log sweep;
+  for (int n = 21; n <= 108; ++n) sweep.push_back("NP1 p(" + std::to_string(n) + ") 0");
+  EXPECT_EQ(sound.Of(1), sweep);
+  // The cursor's note (the first note's end) is refreshed first, the note before it last.
+  EXPECT_EQ(sound.log.front(), "refresh 1");
+  EXPECT_EQ(sound.log.back(), "refresh 1");
+  EXPECT_EQ(std::count(sound.log.begin(), sound.log.end(), "GF 1/0"), 1);
+  EXPECT_EQ(std::count_if(sound.log.begin(), sound.log.end(), [](auto& l) { return l.rfind("G ", 0) == 0; }), 0);
+}
+
+TEST_F(PlaybackFixture, StopWhileIdleStillSweeps) {
+  EXPECT_TRUE(Press(1, kLive));
+  EXPECT_EQ(sound.Of(1).size(), 88u);
+  EXPECT_FALSE(modes.playflag || modes.repeatflag);
+}
+
+TEST_F(PlaybackFixture, ListPlaysEveryRowInTurnAndWraps) {
+  list.scores = {{Note(136, 60)}, {Note(136, 62)}, {Note(136, 64)}};
+  list.selected = 1;
+  ASSERT_TRUE(Press(2, kLive));
+  EXPECT_TRUE(modes.repeatflag);
+  EXPECT_FALSE(modes.noteReading);
+  EXPECT_TRUE(state.Running(PlayTimer::Ti3));
+  EXPECT_EQ(state.buttonPicture[2], "RepeatButtonB");
+  EXPECT_TRUE(state.playingLabel);
+  EXPECT_EQ(sound.log, Log{"load 1 reading"});
+  sound.log.clear();
+  for (int piece = 0; piece < 3; ++piece) {
+    ASSERT_TRUE(TickAt(480000, PlayTimer::Ti3));
+    ASSERT_TRUE(TickAt(840000, PlayTimer::Ti3));  // the end loads the next row
+    t0 = clock.now;
+  }
+  EXPECT_EQ(sound.log, (Log{"NP1 p(62) 75", "NP1 p(62) 0", "select 2", "load 2 reading",  //
+                            "NP1 p(64) 75", "NP1 p(64) 0", "select 0", "load 0 reading",  //
+                            "NP1 p(60) 75", "NP1 p(60) 0", "select 1", "load 1 reading"}));
+  EXPECT_FALSE(modes.noteReading);
+  EXPECT_TRUE(state.playingLabel);
+  EXPECT_EQ(state.startT, clock.now);
+}
+
+TEST_F(PlaybackFixture, QuietListFollowingLoadsWithoutReadingAndKeepsOldHighlights) {
+  list.scores = {{Note(136, 60), Note(168, 62)}, {Note(136, 64)}};
+  ASSERT_TRUE(Press(2, kManualEdit));
+  ASSERT_TRUE(state.Running(PlayTimer::Ti41));
+  EXPECT_EQ(TickLog(480000, PlayTimer::Ti41), (Log{"NP1 p(60) 75", "G 4/5", "refresh 1"}));
+  // The first note's end is not repainted: its highlight stays on screen.
+  EXPECT_EQ(TickLog(840000, PlayTimer::Ti41), (Log{"NP1 p(60) 0", "GF 4/5"}));
+  EXPECT_FALSE(staff.icv[1].nOnFlag);
+  TickAt(960000, PlayTimer::Ti41);
+  EXPECT_EQ(TickLog(1320000, PlayTimer::Ti41), (Log{"NP1 p(62) 0", "GF 3/0", "select 1", "load 1"}));
+}
+
+TEST_F(PlaybackFixture, ListNeedsTwoRowsAndOnlyOneListAtATime) {
+  list.scores = {{Note(136, 60)}};
+  EXPECT_FALSE(Press(2, kLive));
+  list.scores.clear();
+  EXPECT_FALSE(Press(2, kLive));
+  EXPECT_FALSE(modes.repeatflag);
+  list.scores = {{Note(136, 60)}, {Note(136, 62)}};
+  modes.repeatflag = true;
+  EXPECT_FALSE(Press(2, kLive));
+  modes = Modes{true, false, false};
+  EXPECT_FALSE(Press(2, kLive));
+  EXPECT_FALSE(Press(1, kLive));
+  EXPECT_TRUE(sound.log.empty()) << "reading a score blocks every button";
+  EXPECT_FALSE(state.AnyRunning());
+}
+
+TEST_F(PlaybackFixture, PlayAndListTogetherStopOneAtATime) {
+  list.scores = {{Note(136, 60)}, {Note(136, 62)}};
+  Add(Note(136, 67));
+  ASSERT_TRUE(Press(0, kManualPlay));
+  ASSERT_TRUE(Press(2, kManualPlay));
+  EXPECT_TRUE(state.Running(PlayTimer::Ti2));
+  EXPECT_TRUE(state.Running(PlayTimer::Ti4));
+  ASSERT_TRUE(Press(1, kManualPlay));
+  EXPECT_FALSE(modes.playflag);
+  EXPECT_TRUE(modes.repeatflag);
+  EXPECT_FALSE(state.Running(PlayTimer::Ti2));
+  EXPECT_TRUE(state.Running(PlayTimer::Ti4));
+  ASSERT_TRUE(Press(1, kManualPlay));
+  EXPECT_FALSE(modes.repeatflag);
+  EXPECT_FALSE(state.AnyRunning());
+  EXPECT_EQ(state.buttonPicture[1], "StopButtonB");
+  EXPECT_EQ(state.buttonPicture[2], "RepeatButton");
+}
+
+TEST_F(PlaybackFixture, ANoteRemovedDuringPlaybackStopsTheTimersWithoutACrash) {
+  AddMelody(*this);
+  ASSERT_TRUE(Press(0, kManualEdit));
+  ASSERT_TRUE(TickAt(480000, PlayTimer::Ti21));
+  staff.RemoveNote(3);
+  staff.RemoveNote(2);
+  ASSERT_TRUE(TickAt(840000, PlayTimer::Ti21));
+  EXPECT_FALSE(TickAt(960000, PlayTimer::Ti21));
+  EXPECT_FALSE(state.AnyRunning());
+  EXPECT_TRUE(modes.playflag) << "the flags stay for Stop to clear";
+  // Stop meets the missing note at the cursor and gives up; a second Stop sweeps.
+  sound.log.clear();
+  EXPECT_TRUE(Press(1, kManualEdit));
+  EXPECT_FALSE(modes.playflag);
+  EXPECT_TRUE(sound.Of(1).empty());
+  EXPECT_TRUE(Press(1, kManualEdit));
+  EXPECT_EQ(sound.Of(1).size(), 88u);
+}
+
+TEST_F(PlaybackFixture, AnEmptyScoreInTheListIsPassedOver) {
+  list.scores = {{}, {Note(136, 62)}};
+  ASSERT_TRUE(Press(2, kLive));
+  EXPECT_EQ(state.noteCount, 0);
+  EXPECT_EQ(MicrosecondsUntilDue(state, env), 0);
+  EXPECT_FALSE(PlaybackTick(state, PlayTimer::Ti3, env));
+  EXPECT_EQ(list.selected, 1);
+  EXPECT_EQ(state.noteCount, 2);
+}
+
+TEST_F(PlaybackFixture, ATimerThatIsNotRunningDoesNothing) {
+  AddMelody(*this);
+  ASSERT_TRUE(Press(0, kLive));
+  sound.log.clear();
+  EXPECT_FALSE(TickAt(10e6, PlayTimer::Ti2));
+  EXPECT_TRUE(sound.log.empty());
+  EXPECT_EQ(state.noteNo, 1);
+}
+
+TEST(TransportPictures, EnterPressesExitReleasesUnlessRunning) {
+  struct Case {
+    const char* action;
+    int index;
+    Modes modes;
+    const char* picture;
+  } cases[] = {
+      {"enter", 0, {}, "PlayButtonB"},       {"enter", 3, {}, "ChangeMidi1"},
+      {"enter", 6, {}, "PlayAiff1"},         {"up", 1, {}, "StopButton"},
+      {"up", 4, {}, "PlayMidi0"},            {"up", 0, {false, true, false}, "PlayButton"},
+      {"exit", 5, {}, "MidiToAiff0"},        {"exit", 0, {}, "PlayButton"},
+      {"exit", 0, {false, true, false}, "PlayButtonB"},
+      {"exit", 2, {false, false, true}, "RepeatButtonB"},
+      {"exit", 2, {false, true, false}, "RepeatButton"},
+      {"exit", 1, {false, true, true}, "StopButton"},
+  };
+  for (const auto& c : cases) {
+    PlaybackState state;
+    PlayCV_MouseEnter(state, c.index);
+    const std::string a = c.action;
+    if (a == "up") PlayCV_MouseUp(state, c.index);
+    if (a == "exit") PlayCV_MouseExit(state, c.index, c.modes);
+    EXPECT_EQ(state.buttonPicture[c.index], c.picture) << c.action << " " << c.index;
+  }
+}
