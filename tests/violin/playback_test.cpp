@@ -35,6 +35,7 @@ class FakeScoreList : public ScoreList {
   void SetNotes() override {
     log_.push_back("load " + std::to_string(selected) + (modes_.noteReading ? " reading" : ""));
     staff_.icv.resize(1);
+    if (selected < 0 || selected >= Rows()) return;  // a wrong row loads an empty staff
     for (const NoteCV& n : scores[selected]) staff_.AddNote(n);
   }
   std::vector<std::vector<NoteCV>> scores;
