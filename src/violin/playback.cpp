@@ -18,8 +18,7 @@ void Run(PlaybackState& state, PlayTimer t, bool on) { state.running[Index(t)] =
 bool IsListTimer(PlayTimer t) { return t == PlayTimer::Ti3 || t == PlayTimer::Ti4 || t == PlayTimer::Ti41; }
 
 // A note the event list points at is gone from the staff. Nothing sensible can be
-// shown for it, so the timers stop where they are and the flags stay: Stop still ends
-// the playback as usual.
+// shown for it, so the timers stop where they are and the flags stay until Stop.
 void StopOnMissingNote(PlaybackState& state) {
   Run(state, PlayTimer::Ti1, false);
   Run(state, PlayTimer::Ti2, false);
@@ -96,13 +95,13 @@ void Stop(PlaybackState& state, PlayStyle style, const PlaybackEnv& env) {
     } else {
       Run(state, PlayTimer::Ti2, false);
       Run(state, PlayTimer::Ti21, false);
+      // A note removed while playing has no highlight to clear; Stop goes on, so that
+      // nothing is left sounding.
       const int place = i >= 0 && i < static_cast<int>(state.events.size()) ? state.events[i].place : -1;
-      if (!env.staff.Exists(place)) {
-        StopOnMissingNote(state);
-        return;
+      if (place >= 1 && env.staff.Exists(place)) {
+        env.staff.icv[place].nOnFlag = false;
+        env.view.RefreshNote(place);
       }
-      env.staff.icv[place].nOnFlag = false;
-      env.view.RefreshNote(place);
     }
   } else if (modes.repeatflag) {
     modes.repeatflag = false;

@@ -1,0 +1,138 @@
+// Walks a user makes through the editor and the violin together, asserting the whole
+// staff and every call the players received, in order.
+#include <gtest/gtest.h>
+
+#include "editor/bar_operations.h"
+#include "editor/key_time.h"
+#include "editor/note_entry.h"
+#include "fakes.h"
+#include "violin/fingerboard.h"
+#include "violin/playback.h"
+
+using namespace lirenza;
+using namespace lirenza::testing;
+
+namespace {
+
+struct FakeClock : Clock {
+  double now = 0;
+  long long Ticks() const override { return static_cast<long long>(now / 1e6 * 60); }
+  double Microseconds() const override { return now; }
+};
+struct NoView : StaffView {
+  void RefreshNote(int) override {}
+  void RefreshStaff() override {}
+};
+struct NoList : ScoreList {
+  int Rows() const override { return 0; }
+  int SelectedRow() const override { return 0; }
+  void Select(int) override {}
+  void SetNotes() override {}
+};
+
+struct Walk : ::testing::Test {
+  Staff staff;
+  EntryState entry;
+  Modes modes;
+  TuningTables tuning;
+  Rig rig;
+  MDPoint md{};
+  Walk() { PureScale(tuning, 0); }
+  int P(int index) const { return static_cast<int>(tuning.p[index]); }
+  // A finger on the drawn violin at canvas x, y, released again.
+  void Finger(int x, int y, bool option = false) {
+    Modifiers mods;
+    mods.option = option;
+    MouseDownResult r = CVG_MouseDown(x, y, mods, modes, staff, md, tuning, rig.ports);
+    ASSERT_TRUE(r.handled);
+    InScore(staff, entry, r.index, r.accidental);
+    CVG_MouseUp(md, tuning, rig.ports);
+  }
+};
+
+}  // namespace
+
+TEST_F(Walk, AMelodyOnTheFingerboardSoundsEntersAndLeavesNothingSounding) {
+  Finger(95, 207);          // D string open: D4
+  Finger(120, 196);         // A string, first cell: A sharp 4, written as a sharp
+  Finger(145, 185, true);   // E string, second cell: F sharp 5, written as G flat with Option
+  Finger(600, 218);         // past the last band on the G string: the open string
+  ASSERT_EQ(staff.NoteCount(), 4);
+  const char* tokens[] = {"D494", "A4#94", "G5b94", "G394"};
+  const int lefts[] = {136, 168, 200, 232};
+  for (int i = 0; i < 4; ++i) {
+    EXPECT_EQ(staff.icv[i + 1].note, tokens[i]);
+    EXPECT_EQ(staff.icv[i + 1].left, lefts[i]);
+  }
+  EXPECT_EQ(staff.icv[2].noteNo, 70);
+  EXPECT_EQ(staff.icv[3].noteNo, 78);
+  // The live player heard each note at the mouse's velocity and its end, in order.
+  const std::vector<std::pair<int, int>> live = {{P(62), 80}, {P(62), 0}, {P(70), 80}, {P(70), 0},
+                                                 {P(78), 80}, {P(78), 0}, {P(55), 80}, {P(55), 0}};
+  EXPECT_EQ(rig.players[0].notes, live);
+  EXPECT_TRUE(rig.players[1].notes.empty());
+  EXPECT_EQ(rig.view.calls, (std::vector<std::string>{"G 3/0", "F 3/0", "G 2/1", "F 2/1", "G 1/2", "F 1/2",
+                                                       "G 4/0", "F 4/0"}));
+}
+
+TEST_F(Walk, TheFingerboardTurnsThePageWhenEntryLeavesTheView) {
+  for (int i = 0; i < 27; ++i) Finger(95, 207);
+  EXPECT_EQ(staff.icv[27].left, 968);
+  EXPECT_EQ(staff.preNote[0], 1000);
+  Finger(95, 207);
+  EXPECT_EQ(staff.msbValue, 720);
+  EXPECT_EQ(staff.icv[28].left, 280);
+  EXPECT_EQ(staff.icv[1].left, 136 - 720);
+  SetMSBValue(staff, 0);
+  EXPECT_EQ(staff.icv[28].left, 1000) << "in score terms the melody goes on where it stopped";
+}
+
+TEST_F(Walk, EnterChangeKeyAndBackThenPlayTheChordWithAFakeClock) {
+  long long ticks = 0;
+  auto dbl = [&](int x, int y) {
+    ticks += 100;
+    MCV_MouseDown(staff, entry, modes, {}, ticks, x, y);
+    MCV_MouseDown(staff, entry, modes, {}, ticks + 3, x, y);
+  };
+  // A chord entered by hand (two notes on one column), then a G.
+  dbl(20, 78);   // C4 at Left 136
+  dbl(20, 72);   // E4 on the same column
+  NBB_Action(staff, entry, modes, 2);
+  dbl(52, 66);   // G4 half note, Left 168
+  ASSERT_EQ(staff.NoteCount(), 3);
+  KCV_ContextualMenuAction(staff, tuning, "1:#");
+  EXPECT_EQ(staff.icv[1].note, "G494");
+  EXPECT_EQ(staff.icv[2].note, "B494");
+  EXPECT_EQ(staff.icv[3].note, "D592");
+  KCV_ContextualMenuAction(staff, tuning, "0:ハ長調");
+  EXPECT_EQ(staff.icv[1].note, "C494");
+  EXPECT_EQ(staff.icv[3].note, "G492");
+  EXPECT_EQ(tuning.p[60], 15400);
+
+  // Play it: C and E together at 480 ms, G when the column's last note (E) ends.
+  FakeClock clock;
+  NoView view;
+  NoList list;
+  int pFlag = 0;
+  double d = 1.0;
+  const double gate = entry.tGT;
+  PlaybackEnv env{staff, modes, tuning, pFlag, d, gate, clock, rig.ports, view, list};
+  PlaybackState state;
+  staff.noteChanged = true;
+  ASSERT_TRUE(PlayCV_MouseDown(state, 0, PlayStyle{false, true}, env));
+  const PlayTimer timer = TimerFor(false, PlayStyle{false, true});
+  std::vector<std::pair<double, std::pair<int, int>>> heard;
+  for (clock.now = 0; clock.now < 2000000; clock.now += 1000) {
+    const auto before = rig.players[1].notes.size();
+    if (PlaybackTick(state, timer, env) && rig.players[1].notes.size() > before)
+      heard.push_back({clock.now, rig.players[1].notes.back()});
+  }
+  const std::vector<std::pair<double, std::pair<int, int>>> expected = {
+      {480000, {P(60), 75}}, {481000, {P(64), 75}}, {936000, {P(60), 0}},
+      {937000, {P(64), 0}},  {960000, {P(67), 75}}, {1872000, {P(67), 0}}};
+  // One event a tick: the chord's second note follows one tick (1 ms) later.
+  EXPECT_EQ(std::vector(heard.begin(), heard.begin() + 6), expected);
+  ASSERT_TRUE(PlayCV_MouseDown(state, 1, PlayStyle{false, true}, env));
+  EXPECT_FALSE(modes.playflag);
+  EXPECT_TRUE(rig.players[1].StillSounding().empty());
+}
