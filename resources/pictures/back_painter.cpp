@@ -34,7 +34,7 @@ constexpr double kJoint = 390.0;
 // The outline: nearly the window's rectangle, with rounded corners and a slight waist
 // at the middle of each long side, as the C-bouts of a violin.
 QPainterPath Outline() {
-  const double w = kBackSize.width, h = kBackSize.height, r = 30;
+  const double w = kBackSize.width, h = kBackSize.height, r = 16;
   auto waist = [w](double x) { double u = (x - w / 2) / 260.0; return 3.0 * std::exp(-u * u); };
   QPainterPath path;
   path.moveTo(r + 1, 1 + waist(r));
@@ -117,7 +117,8 @@ void Edge(QPainter& p, const QPainterPath& outline) {
   QPainterPath purfling = inset.map(outline);
   p.setPen(QPen(QColor(0x0a, 0x04, 0x02), 3.4));
   p.drawPath(purfling);
-  p.setPen(QPen(QColor(0xc8, 0xa8, 0x78), 1.0));
+  // The maple strip of the purfling stays dim where it passes under the title.
+  p.setPen(QPen(QColor(0x70, 0x52, 0x30), 1.0));
   p.drawPath(purfling);
   // The centre joint, faint.
   p.setPen(QPen(QColor(0, 0, 0, 40), 1));

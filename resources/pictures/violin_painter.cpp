@@ -22,45 +22,46 @@ constexpr double kBodyTop = 330, kBodyEnd = 905;
 const QColor kEbony(0x1d, 0x17, 0x14);
 const QColor kMaple(0xe6, 0xc9, 0x8f);
 
-// The outline of the body, drawn along the axis: upper bout, C-bouts with their
-// corners, lower bout. Half-widths at stations along x; mirrored about the axis.
+// The outline of the body along the axis: the upper bout by the neck, the C-bouts
+// with their four corners round the bridge, the wider lower bout. The upper half is
+// drawn as curves, then mirrored about the axis.
 QPainterPath BodyOutline() {
-  auto half = [](double t) {  // t from 0 (neck end) to 1 (tail end)
-    const double upper = 138, waist = 92, lower = 168;
-    double w;
-    if (t < 0.36) w = upper * std::sqrt(std::max(0.0, 1 - std::pow((t - 0.2) / 0.2, 2)) * 0.85 + 0.15 * (t / 0.36));
-    else if (t < 0.62) {
-      double u = (t - 0.36) / 0.26;  // through the waist
-      w = waist + (std::min(upper, lower) - waist) * std::pow(std::abs(2 * u - 1), 1.7) * 0.78 + 8;
-    } else w = lower * std::sqrt(std::max(0.0, 1 - std::pow((t - 0.8) / 0.2, 2)));
-    return w;
-  };
+  const double x = kBodyTop, m = kMid;
+  QPainterPath upper;
+  upper.moveTo(x, m);
+  upper.cubicTo(x, m - 70, x + 40, m - 124, x + 112, m - 126);          // upper bout
+  upper.cubicTo(x + 172, m - 127, x + 204, m - 116, x + 214, m - 106);
+  upper.lineTo(x + 226, m - 114);                                       // upper corner
+  upper.cubicTo(x + 236, m - 88, x + 262, m - 84, x + 296, m - 84);     // C-bout
+  upper.cubicTo(x + 334, m - 84, x + 360, m - 92, x + 370, m - 122);
+  upper.lineTo(x + 384, m - 128);                                       // lower corner
+  upper.cubicTo(x + 410, m - 168, x + 520, m - 172, x + 556, m - 112);  // lower bout
+  upper.cubicTo(x + 578, m - 72, x + 575, m - 30, x + 575, m);
+  QPolygonF half = upper.toFillPolygon();
+  half.removeLast();  // toFillPolygon closes the polygon
+  QPolygonF whole = half;
+  for (qsizetype i = half.size() - 1; i >= 0; --i) whole << QPointF(half[i].x(), 2 * m - half[i].y());
   QPainterPath path;
-  const int steps = 240;
-  for (int i = 0; i <= steps; ++i) {
-    double t = double(i) / steps;
-    QPointF pt(kBodyTop + t * (kBodyEnd - kBodyTop), kMid - half(t));
-    i == 0 ? path.moveTo(pt) : path.lineTo(pt);
-  }
-  for (int i = steps; i >= 0; --i) {
-    double t = double(i) / steps;
-    path.lineTo(kBodyTop + t * (kBodyEnd - kBodyTop), kMid + half(t));
-  }
+  path.addPolygon(whole);
   path.closeSubpath();
   return path;
 }
 
 QPainterPath FHole(double side) {
-  // An f lying along the axis; side is -1 above the strings, +1 below.
+  // An f lying along the axis; side is -1 above the strings, +1 below. Its notches
+  // mark the bridge's place.
+  auto at = [side](double x, double off) { return QPointF(x, kMid + side * off); };
   QPainterPath f;
-  double y = kMid + side * 78;
-  f.moveTo(565, y + side * 18);
-  f.cubicTo(600, y + side * 10, 620, y - side * 4, 634, y - side * 2);
-  f.cubicTo(650, y, 672, y - side * 14, 700, y - side * 20);
-  f.cubicTo(674, y - side * 10, 652, y + side * 4, 634, y + side * 2.5);
-  f.cubicTo(618, y + side * 1, 598, y + side * 13, 565, y + side * 18);
-  f.addEllipse(QPointF(565, y + side * 20), 6, 6);
-  f.addEllipse(QPointF(701, y - side * 21), 6, 6);
+  f.moveTo(at(578, 50));
+  f.cubicTo(at(600, 48), at(618, 58), at(634, 60));
+  f.cubicTo(at(650, 62), at(668, 70), at(690, 70));
+  f.cubicTo(at(668, 74), at(650, 66), at(634, 63.5));
+  f.cubicTo(at(618, 61), at(600, 52), at(578, 53));
+  f.closeSubpath();
+  f.addEllipse(at(577, 51.5), 4.5, 4.5);
+  f.addEllipse(at(691, 71.5), 4.5, 4.5);
+  // The two nicks at the middle.
+  f.addRect(QRectF(at(633, side < 0 ? 66 : 58), QSizeF(1.5, 7)));
   return f;
 }
 
@@ -124,7 +125,7 @@ QImage Violin(const QImage& string) {
   QTransform inset;
   QRectF b = body.boundingRect();
   inset.translate(b.center().x(), b.center().y());
-  inset.scale((b.width() - 20) / b.width(), (b.height() - 20) / b.height());
+  inset.scale((b.width() - 16) / b.width(), (b.height() - 16) / b.height());
   inset.translate(-b.center().x(), -b.center().y());
   p.setPen(QPen(QColor(0x14, 0x0a, 0x04), 3.2));
   p.drawPath(inset.map(body));
@@ -152,14 +153,6 @@ QImage Violin(const QImage& string) {
   p.drawEllipse(QPointF(716, kFirstStringRow + 1.5), 4, 4);
   p.setBrush(kEbony);
   p.drawEllipse(QPointF(kBodyEnd + 3, kMid), 6, 7);
-
-  // Chin rest over the lower bout.
-  QPainterPath chin;
-  chin.addEllipse(QPointF(842, kMid - 82), 48, 38);
-  QRadialGradient cg(QPointF(835, kMid - 92), 55);
-  cg.setColorAt(0, QColor(0x4a, 0x3e, 0x36));
-  cg.setColorAt(1, QColor(0x10, 0x0c, 0x0a));
-  p.fillPath(chin, cg);
 
   // Neck, pegbox and scroll in maple under the fingerboard.
   QPainterPath neck;

@@ -1,0 +1,68 @@
+#include "window/picture_store.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QtGlobal>
+
+#include "picture_list.h"
+
+namespace lirenza {
+namespace {
+
+// The size the layout gives a picture, or an empty size for a name outside the list.
+QSize ExpectedSize(const QString& name) {
+  static const QHash<QString, QSize> sizes = [] {
+    QHash<QString, QSize> table;
+    for (const auto& spec : pictures::AllPictures())
+      table.insert(QString::fromStdString(spec.name), QSize(spec.size.width, spec.size.height));
+    return table;
+  }();
+  return sizes.value(name);
+}
+
+bool HasPictures(const QString& folder) {
+  return !folder.isEmpty() && QFileInfo::exists(QDir(folder).filePath(QStringLiteral("Sheet1.png")));
+}
+
+}  // namespace
+
+PictureStore::PictureStore(QString folder) : folder_(std::move(folder)) {}
+
+const QImage& PictureStore::Picture(const QString& name) {
+  auto it = pictures_.find(name);
+  if (it != pictures_.end()) return it.value();
+  QString path = QDir(folder_).filePath(name + QStringLiteral(".png"));
+  QImage image(path);
+  if (image.isNull()) {
+    QString problem = QFileInfo::exists(path)
+                          ? QStringLiteral("The picture file %1 cannot be read.").arg(path)
+                          : QStringLiteral("The picture file %1 is missing.").arg(path);
+    problems_ << problem;
+    qWarning("%s", qPrintable(problem));
+    // Keep the control's size: a transparent stand-in of the size the layout expects.
+    QSize size = ExpectedSize(name);
+    image = size.isEmpty() ? QImage() : QImage(size, QImage::Format_ARGB32_Premultiplied);
+    if (!image.isNull()) image.fill(Qt::transparent);
+  }
+  return pictures_.insert(name, image).value();
+}
+
+QString PictureStore::DefaultFolder() {
+  QString fromEnvironment = qEnvironmentVariable("LIRENZA_PICTURES");
+  if (!fromEnvironment.isEmpty()) return fromEnvironment;
+#ifdef LIRENZA_BUILD_PICTURES_DIR
+  if (HasPictures(QStringLiteral(LIRENZA_BUILD_PICTURES_DIR))) return QStringLiteral(LIRENZA_BUILD_PICTURES_DIR);
+#endif
+  if (QCoreApplication::instance()) {
+    QString beside = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../share/lirenza/pictures"));
+    if (HasPictures(beside)) return QDir::cleanPath(beside);
+  }
+#ifdef LIRENZA_INSTALLED_PICTURES_DIR
+  return QStringLiteral(LIRENZA_INSTALLED_PICTURES_DIR);
+#else
+  return {};
+#endif
+}
+
+}  // namespace lirenza

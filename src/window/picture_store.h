@@ -1,0 +1,37 @@
+#pragma once
+// The window's pictures by name ("Sheet1", "n4", "ViolinBack3"), each read from its
+// PNG file once, at first use, and then kept. A missing or unreadable file never
+// stops the program: the store says once which file it is and hands out an empty
+// picture of the size the layout expects, so the control stays where it belongs.
+#include <QHash>
+#include <QImage>
+#include <QString>
+#include <QStringList>
+
+namespace lirenza {
+
+class PictureStore {
+ public:
+  // Pictures are read from folder; see DefaultFolder for the usual one.
+  explicit PictureStore(QString folder);
+
+  // The picture of that name, without ".png". The reference stays valid for the
+  // store's life.
+  const QImage& Picture(const QString& name);
+  bool IsLoaded(const QString& name) const { return pictures_.contains(name); }
+
+  // One sentence per file that could not be read, in the order they were asked for.
+  const QStringList& Problems() const { return problems_; }
+  const QString& Folder() const { return folder_; }
+
+  // Where the pictures are: $LIRENZA_PICTURES, the build tree, then the installed
+  // share folder beside the program, then the install prefix.
+  static QString DefaultFolder();
+
+ private:
+  QString folder_;
+  QHash<QString, QImage> pictures_;
+  QStringList problems_;
+};
+
+}  // namespace lirenza
