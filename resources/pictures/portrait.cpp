@@ -1,5 +1,6 @@
 #include "portrait.h"
 
+#include <QLinearGradient>
 #include <QPainterPath>
 #include <array>
 #include <cmath>
@@ -52,6 +53,7 @@ QPainterPath Smooth(const std::vector<QPointF>& pts) {
 
 QPainterPath Curls(QPointF from, QPointF to, int count, double r) {
   QPainterPath path;
+  path.setFillRule(Qt::WindingFill);  // overlapping curls fill as one
   for (int i = 0; i < count; ++i) {
     double t = count == 1 ? 0 : double(i) / (count - 1);
     path.addEllipse(from + (to - from) * t, r, r * 1.15);
@@ -90,6 +92,7 @@ QPainterPath HeadAndShoulders(const Sitter& s) {
 
 QPainterPath HairShape(const Sitter& s) {
   QPainterPath hair;
+  hair.setFillRule(Qt::WindingFill);
   switch (s.hair) {
     case kFullWig:  // the full-bottomed wig, curls down to the chest behind the face
       hair.addEllipse(QPointF(-10, -30), 36, 38);
@@ -139,6 +142,7 @@ QPainterPath HairShape(const Sitter& s) {
 
 QPainterPath BeardShape(const Sitter& s) {
   QPainterPath beard;
+  beard.setFillRule(Qt::WindingFill);
   switch (s.beard) {
     case kNone: break;
     case kWhiskers: beard.addPath(Smooth({{-6, -18}, {4, -10}, {6, 8}, {-2, 14}, {-10, 0}})); break;
@@ -157,27 +161,20 @@ QPainterPath BeardShape(const Sitter& s) {
   return beard;
 }
 
+// The white at the throat: a lace jabot falling down the chest, a high stock wound
+// round the neck, or a wing collar.
 QPainterPath CollarShape(const Sitter& s) {
   QPainterPath collar;
+  collar.setFillRule(Qt::WindingFill);
   switch (s.collar) {
-    case kJabot: collar.addPath(Curls({14, 30}, {24, 54}, 4, 6)); break;
-    case kStock: collar.addPath(Smooth({{2, 20}, {18, 24}, {22, 40}, {4, 42}, {-6, 30}})); break;
-    case kWing: collar.addPath(Smooth({{6, 26}, {20, 28}, {24, 36}, {12, 38}})); break;
+    case kJabot:
+      collar.addPath(Curls({9, 27}, {16, 52}, 5, 4.5));
+      collar.addPath(Smooth({{4, 24}, {12, 24}, {18, 40}, {20, 56}, {10, 56}, {6, 36}}));
+      break;
+    case kStock: collar.addPath(Smooth({{3, 21}, {10, 22}, {12, 33}, {4, 34}, {-6, 30}, {-6, 22}})); break;
+    case kWing: collar.addPath(Smooth({{5, 25}, {11, 27}, {12, 33}, {5, 32}})); break;
   }
   return collar;
-}
-
-// A small violin held under the chin, its scroll reaching past the face.
-QPainterPath ViolinUnderChin() {
-  QPainterPath v;
-  QTransform t;
-  t.translate(34, 36);
-  t.rotate(-28);
-  v.addEllipse(QRectF(-26, -9, 22, 18));
-  v.addEllipse(QRectF(-10, -7, 16, 14));
-  v.addRect(QRectF(4, -2, 36, 4));
-  v.addEllipse(QPointF(42, 0), 4, 4);
-  return t.map(v);
 }
 
 }  // namespace
@@ -189,16 +186,17 @@ void DrawPortrait(QPainter& p, int index, QColor ink) {
   // The figure in deep brown; hair and beard blacker with a few strands of light,
   // the collar white, so that each sitter's fashion shows inside the outline too.
   QPainterPath figure = HeadAndShoulders(s);
+  figure.setFillRule(Qt::WindingFill);
   p.fillPath(figure, ink);
   QPainterPath hair = HairShape(s).united(BeardShape(s));
   p.fillPath(hair, ink.darker(250));
-  p.save();
-  p.setClipPath(hair);
-  p.setPen(QPen(QColor(255, 235, 200, 38), 0.8));
-  for (int i = -80; i < 80; i += 4) p.drawLine(QPointF(i - 40, -80), QPointF(i + 10, 60));
-  p.restore();
-  p.fillPath(CollarShape(s), QColor(0xf2, 0xea, 0xda));
-  p.fillPath(ViolinUnderChin(), QColor(0x6a, 0x2c, 0x10));
+  QLinearGradient sheen(-30, -70, 10, -20);
+  sheen.setColorAt(0, QColor(255, 235, 200, 40));
+  sheen.setColorAt(1, QColor(255, 235, 200, 0));
+  p.fillPath(hair, sheen);
+  p.fillPath(CollarShape(s), QColor(0xee, 0xe4, 0xd0));
+  if (s.collar == kWing)  // and its black bow tie
+    p.fillPath(Smooth({{8, 33}, {14, 30}, {14, 37}, {8, 35}, {2, 37}, {2, 30}}), ink.darker(300));
   p.setPen(QPen(QColor(255, 240, 210, 70), 0.8));
   p.setBrush(Qt::NoBrush);
   p.drawPath(figure.united(hair));

@@ -55,7 +55,7 @@ QString MakeContactSheet(const QString& pictureDir, const QString& outPath) {
   std::vector<QPoint> places;
   int x = gap, y = gap, rowHeight = 0;
   for (const Tile& t : tiles) {
-    int w = std::max(t.shown.width(), 70);
+    int w = std::max(t.shown.width(), 120);
     if (x + w > pageWidth - gap) x = gap, y += rowHeight + gap + caption, rowHeight = 0;
     places.push_back({x, y});
     x += w + gap;
