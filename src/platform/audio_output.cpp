@@ -2,6 +2,7 @@
 
 #include <fluidsynth.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 
@@ -126,6 +127,7 @@ void AudioOutput::Open(Synth& synth, const AudioSettings& settings) {
     }
     tried.push_back(name);
     failure = LastFluidError();
+    std::replace(failure.begin(), failure.end(), '\n', ' ');
   }
   if (tried.empty()) {
     problem_ = "no sound: this computer has no sound card or sound server, so Lirenza plays silently";

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <cstring>
 
 #include "violin/instrument_table.h"
 
@@ -24,6 +26,18 @@ void KeepLog(int level, const char* message, void*) {
 }
 
 bool ValidChannel(int channel) { return channel >= 0 && channel < kNotePlayers; }
+
+// A SoundFont (.sf2, and the compressed .sf3) is a RIFF file of form "sfbk". Anything
+// else is turned away here: FluidSynth would hand it on to other loaders, which print
+// their own complaints about a file that was never meant for them.
+bool LooksLikeSoundFont(const std::string& path) {
+  std::FILE* f = std::fopen(path.c_str(), "rb");
+  if (!f) return false;
+  char head[12] = {};
+  const bool whole = std::fread(head, 1, sizeof head, f) == sizeof head;
+  std::fclose(f);
+  return whole && std::memcmp(head, "RIFF", 4) == 0 && std::memcmp(head + 8, "sfbk", 4) == 0;
+}
 
 }  // namespace
 
@@ -72,6 +86,10 @@ bool Synth::LoadFonts(const std::vector<std::string>& files, std::string* error)
   int loaded = 0;
   std::string problems;
   for (const auto& file : files) {
+    if (!LooksLikeSoundFont(file)) {
+      problems += (problems.empty() ? "" : "; ") + file + " is not a SoundFont";
+      continue;
+    }
     if (fluid_synth_sfload(synth_, file.c_str(), 0) == FLUID_FAILED) {
       problems += (problems.empty() ? "" : "; ") + std::string("cannot load SoundFont ") + file;
       continue;

@@ -75,6 +75,8 @@ TEST_F(RenderCli, FailuresAreOneLineAndLeaveNoFile) {
   } rows[] = {
       {"no fonts", "render " + score_ + " -o " + (dir_ / "a.wav").string(),
        "LIRENZA_SOUNDFONT=/nowhere/FluidR3_GM.sf2", 1, "/nowhere/FluidR3_GM.sf2"},
+      {"a file that is no SoundFont", "render " + score_ + " -o " + (dir_ / "a.wav").string(),
+       "LIRENZA_SOUNDFONT=" + score_, 1, "is not a SoundFont"},
       {"folder that cannot be written", "render " + score_ + " -o /nonexistent-lirenza-dir/a.wav", "", 1,
        "/nonexistent-lirenza-dir"},
       {"output is a folder", "render " + score_ + " -o " + dir_.string() + "/sub.wav", "", 1, "sub.wav"},
