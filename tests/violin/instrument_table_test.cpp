@@ -121,7 +121,9 @@ TEST(InstrumentTable, EveryMelodicGroupHoldsItsEightGmProgramsAndTheirVariations
     const int first = BBI1Action(g.numbers, 0);
     for (int row = 0; row < static_cast<int>(g.names.size()); ++row) {
       const int n = BBI1Action(g.numbers, row);
-      if (row < 8) EXPECT_EQ(n, first + row) << g.name;
+      if (row < 8) {
+        EXPECT_EQ(n, first + row) << g.name;
+      }
       // A variation keeps the program of the General MIDI sound it varies.
       const int program = BankProgramOf(n).program;
       EXPECT_GE(program, first - 1) << g.name << " " << n;
