@@ -6,6 +6,8 @@
 
 #include "picture_list.h"
 #include "score/note_tables.h"
+#include "violin/fingerboard.h"
+#include "violin/tempo_table.h"
 
 namespace lirenza::pictures {
 namespace {
@@ -104,7 +106,7 @@ QString MakeStaffPreview(const QString& pictureDir, const QString& outPath) {
   label.setPixelSize(12);
   p.setFont(label);
   p.setPen(QColor(0, 0, 0));
-  p.drawText(QRect(78, 78, 30, 16), Qt::AlignLeft | Qt::AlignVCenter, QStringLiteral("120"));
+  p.drawText(QRect(78, 78, 30, 16), Qt::AlignLeft | Qt::AlignVCenter, QString::number(lirenza::TempoForSlider(lirenza::kTempoSliderStart).number));
   p.drawText(QRect(53, 61, 68, 20), Qt::AlignLeft | Qt::AlignVCenter, QStringLiteral("Moderato"));
 
   // A melody in D major with a bass line, placed by the entry rules: Top from the
@@ -182,9 +184,9 @@ QString MakeStaffPreview(const QString& pictureDir, const QString& outPath) {
   QImage violin = pic("Violin");
   {
     QPainter v(&violin);
-    int s = 2, x = 90 + 25 * 5;
-    v.drawImage(QRect(x + 14, 11 * s + 179, 620 - x, 3), pic("GenS"));
-    v.drawImage(x, 11 * s + 174, pic("Yubi"));
+    const lirenza::HandGeometry g = lirenza::LHandGeometry(2, 5);
+    v.drawImage(QRect(g.string.x, g.string.y, g.string.width, g.string.height), pic("GenS"));
+    v.drawImage(g.finger.x, g.finger.y, pic("Yubi"));
   }
   p.drawImage(210, 352, violin);
   p.drawImage(844, 431, pic("Bow"));

@@ -7,6 +7,8 @@
 #include "files/file_io.h"
 #include "files/score_file.h"
 #include "score/text_fields.h"
+#include "violin/instrument_table.h"
+#include "violin/tempo_table.h"
 
 namespace lirenza::cli {
 
@@ -157,6 +159,35 @@ ScoreFile ReadScoreStrict(const std::string& path) {
 void WriteOutput(const std::string& path, const std::string& bytes) {
   std::string error;
   if (!WriteFileAtomically(path, bytes, &error)) throw RunError(error);
+}
+
+}  // namespace lirenza::cli
+
+namespace lirenza::cli {
+
+namespace {
+double ParseGate(const std::string& text) {
+  if (text == "0.75") return 0.75;
+  if (text == "0.85") return 0.85;
+  if (text == "0.95") return 0.95;
+  throw UsageError("--gate must be 0.75, 0.85 or 0.95, not \"" + text + "\"");
+}
+}  // namespace
+
+ScoreForOutput LoadScoreForOutput(const Args& args, const std::string& path) {
+  // Options are checked before the file is read, so a mistake is told first.
+  const auto tempoOption = args.IntOption("--tempo", 0, kTempoSliderMax);
+  const double gate = args.Value("--gate") ? ParseGate(*args.Value("--gate")) : 0.95;
+  const auto instOption = args.IntOption("--instrument", 1, 16512);
+  const ScoreFile file = ReadScoreStrict(path);
+  ScoreForOutput out;
+  const int sliderFromFile = ApplyScoreFile(out.staff, file);
+  out.tempoSlider = tempoOption ? *tempoOption : sliderFromFile;
+  out.gate = gate;
+  out.inst = instOption          ? *instOption
+             : file.instrumentGiven ? InstrumentFromMenus(file.instrumentGroup, file.instrumentRow)
+                                    : kViolin;
+  return out;
 }
 
 }  // namespace lirenza::cli

@@ -55,4 +55,16 @@ std::string ScoreTextProblem(const std::string& text);
 
 void WriteOutput(const std::string& path, const std::string& bytes);
 
+// A score loaded for output with the options every output command takes: --tempo
+// (default: the score's slider), --gate (default 0.95) and --instrument (default: the
+// instrument the score's menus name, the violin when they name none).
+struct ScoreForOutput {
+  Staff staff;
+  int tempoSlider = 0;
+  double gate = 0.95;
+  int inst = 0;
+};
+inline const std::vector<std::string> kOutputOptions = {"-o", "--tempo", "--gate", "--instrument"};
+ScoreForOutput LoadScoreForOutput(const Args& args, const std::string& path);
+
 }  // namespace lirenza::cli

@@ -17,13 +17,6 @@ namespace lirenza::cli {
 
 namespace {
 
-double ParseGate(const std::string& text) {
-  if (text == "0.75") return 0.75;
-  if (text == "0.85") return 0.85;
-  if (text == "0.95") return 0.95;
-  throw UsageError("--gate must be 0.75, 0.85 or 0.95, not \"" + text + "\"");
-}
-
 // A freshly opened window, after its start-up pause has filled the two text fields.
 Staff FreshStaff() {
   Staff staff;
@@ -42,21 +35,11 @@ void SaveStaff(Staff& staff, const std::string& out) {
 }  // namespace
 
 int RunMidi(const Argv& argv) {
-  Args args(argv, {"-o", "--tempo", "--gate", "--instrument"}, {});
+  Args args(argv, kOutputOptions, {});
   const std::string in = args.OnePositional("score file (lirenza-cli midi SCORE.note -o OUT.mid)");
   const std::string out = args.Required("-o", "OUT.mid");
-  const auto tempoOption = args.IntOption("--tempo", 0, kTempoSliderMax);
-  const double gate = args.Value("--gate") ? ParseGate(*args.Value("--gate")) : 0.95;
-  const auto instOption = args.IntOption("--instrument", 1, 16512);
-
-  const ScoreFile file = ReadScoreStrict(in);
-  Staff staff;
-  const int sliderFromFile = ApplyScoreFile(staff, file);
-  const int inst = instOption                ? *instOption
-                   : file.instrumentGiven ? InstrumentFromMenus(file.instrumentGroup, file.instrumentRow)
-                                          : kViolin;
-  const TempoRow tempo = TempoForSlider(tempoOption ? *tempoOption : sliderFromFile);
-  const auto bytes = SaveMidiBytes(staff.icv, gate, tempo.tempo, inst);
+  const ScoreForOutput score = LoadScoreForOutput(args, in);
+  const auto bytes = SaveMidiBytes(score.staff.icv, score.gate, TempoForSlider(score.tempoSlider).tempo, score.inst);
   WriteOutput(out, std::string(bytes.begin(), bytes.end()));
   return 0;
 }

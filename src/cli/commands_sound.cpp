@@ -20,13 +20,6 @@ namespace lirenza::cli {
 
 namespace {
 
-double ParseGateOption(const std::string& text) {
-  if (text == "0.75") return 0.75;
-  if (text == "0.85") return 0.85;
-  if (text == "0.95") return 0.95;
-  throw UsageError("--gate must be 0.75, 0.85 or 0.95, not \"" + text + "\"");
-}
-
 // Loads the fonts the player would use, or says in one line what to install.
 void LoadFontsOrFail(Synth& synth, SoundFontList* used) {
   *used = FindSoundFonts();
@@ -68,32 +61,26 @@ std::string Clock(double seconds) {
 }  // namespace
 
 int RunRender(const Argv& argv) {
-  Args args(argv, {"-o", "--tempo", "--gate", "--instrument"}, {"--quiet"});
+  Args args(argv, kOutputOptions, {"--quiet"});
   const std::string in = args.OnePositional("score file (lirenza-cli render SCORE.note -o OUT.wav)");
   const std::string out = args.Required("-o", "OUT.wav or OUT.flac");
   SoundFileType type;
   if (!SoundFileTypeOf(out, &type)) throw UsageError("the output must end in .wav or .flac: " + out);
-  const auto tempoOption = args.IntOption("--tempo", 0, kTempoSliderMax);
-  const double gate = args.Value("--gate") ? ParseGateOption(*args.Value("--gate")) : 0.95;
-  const auto instOption = args.IntOption("--instrument", 1, 16512);
   const bool quiet = args.Flag("--quiet");
-
-  const ScoreFile file = ReadScoreStrict(in);
-  Staff staff;
-  const int sliderFromFile = ApplyScoreFile(staff, file);
-  const int inst = instOption ? *instOption : InstrumentFromMenus(file.instrumentGroup, file.instrumentRow);
-  const double d = TempoForSlider(tempoOption ? *tempoOption : sliderFromFile).d;
+  const ScoreForOutput score = LoadScoreForOutput(args, in);
+  const Staff& staff = score.staff;
+  const double d = TempoForSlider(score.tempoSlider).d;
 
   Synth synth;
   SoundFontList fonts;
   LoadFontsOrFail(synth, &fonts);
   RenderJob job;
-  job.events = BuildEventList(staff.icv, d, gate);
+  job.events = BuildEventList(staff.icv, d, score.gate);
   job.d = d;
   TuningTables tables;
   PureScale(tables, staff.keyN);
   job.p = tables.p;
-  synth.SelectInstrument(job.channel, inst);
+  synth.SelectInstrument(job.channel, score.inst);
 
   SoundFileWriter writer;
   std::string error;
@@ -108,9 +95,9 @@ int RunRender(const Argv& argv) {
   const double took = std::chrono::duration<double>(std::chrono::steady_clock::now() - started).count();
   if (!quiet) {
     const double seconds = result.frames / synth.SampleRate();
-    const PresetChoice preset = synth.Resolve(inst);
+    const PresetChoice preset = synth.Resolve(score.inst);
     std::printf("%s: %s of sound, instrument %d (%s%s), tempo factor %g, rendered in %.2f s (%.0fx real time)\n",
-                out.c_str(), Clock(seconds).c_str(), inst, preset.presetName.c_str(),
+                out.c_str(), Clock(seconds).c_str(), score.inst, preset.presetName.c_str(),
                 preset.exact ? "" : ", in place of a missing variation", d, took,
                 took > 0 ? seconds / took : 0.0);
   }

@@ -5,29 +5,32 @@
 #include <set>
 
 #include "pixels.h"
+#include "violin/fingerboard.h"
 
 namespace test = lirenza::test;
 using test::Built;
 
 namespace {
 
-int StringRow(int string) { return 11 * string + 179; }
-int CellX(int cell) { return 90 + 25 * cell; }
+// The pictures are drawn by the same geometry the window will draw notes by.
+QRect Rect(const lirenza::Rect& r) { return QRect(r.x, r.y, r.width, r.height); }
+int StringRow(int string) { return lirenza::LHandGeometry(string, 0).string.y; }
+int CellX(int cell) { return lirenza::LHandGeometry(1, cell).finger.x; }
 
 // What the fingerboard does for a note on and a note off.
 void NoteOn(QImage& board, int string, int cell) {
   QPainter p(&board);
-  int x = CellX(cell);
-  if (cell != 0) p.drawImage(x, 11 * string + 174, Built("Yubi"));
-  p.drawImage(QRect(x + 14, StringRow(string), 620 - x, 3), Built("GenS"));
+  const lirenza::HandGeometry g = lirenza::LHandGeometry(string, cell);
+  if (g.fingertip) p.drawImage(g.finger.x, g.finger.y, Built("Yubi"));
+  p.drawImage(Rect(g.string), Built("GenS"));
 }
 void NoteOff(QImage& board, const QImage& violin, int string, int cell) {
   QPainter p(&board);
-  int x = CellX(cell);
+  const lirenza::HandGeometry g = lirenza::LHandGeometry(string, cell);
   p.setCompositionMode(QPainter::CompositionMode_Source);
-  p.drawImage(QPoint(x, 11 * string + 174), violin, QRect(x, 11 * string + 174, 15, 15));
+  p.drawImage(QPoint(g.finger.x, g.finger.y), violin, Rect(g.finger));
   p.setCompositionMode(QPainter::CompositionMode_SourceOver);
-  p.drawImage(QRect(x + 14, StringRow(string), 620 - x, 3), Built("Gen"));
+  p.drawImage(Rect(g.string), Built("Gen"));
 }
 
 }  // namespace

@@ -128,6 +128,16 @@ TEST_F(RenderCli, WritesWavAndFlacInPlaceAndNothingElse) {
   EXPECT_TRUE(Leftovers().empty()) << "a temporary file was left: " << Leftovers().front();
 }
 
+TEST_F(RenderCli, AScoreThatNamesNoInstrumentPlaysTheViolinAsItsMidiFileDoes) {
+  const fs::path bare = dir_ / "bare.note";
+  std::ofstream(bare) << "136,117,0,60,60,0,0,0,9,4,C494 ;;\n";
+  const CliRun run = Cli("render " + bare.string() + " -o " + (dir_ / "bare.wav").string());
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.out.find("instrument 41"), std::string::npos) << run.out;
+  fs::remove(dir_ / "bare.wav");
+  fs::remove(bare);
+}
+
 TEST_F(RenderCli, AFailedRenderKeepsTheOldFile) {
   const fs::path out = dir_ / "keep.wav";
   std::ofstream(out) << "old";
