@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
+#include <filesystem>
+#include <iostream>
+
+#include <sys/stat.h>
 
 #include "files/file_io.h"
 #include "files/score_file.h"
@@ -188,6 +192,71 @@ ScoreForOutput LoadScoreForOutput(const Args& args, const std::string& path) {
              : file.instrumentGiven ? InstrumentFromMenus(file.instrumentGroup, file.instrumentRow)
                                     : kViolin;
   return out;
+}
+
+}  // namespace lirenza::cli
+
+namespace lirenza::cli {
+
+namespace {
+// True when both names lead to one file (same device and inode), however spelled.
+bool SameFile(const std::string& a, const std::string& b) {
+  struct stat sa {}, sb {};
+  return ::stat(a.c_str(), &sa) == 0 && ::stat(b.c_str(), &sb) == 0 && sa.st_dev == sb.st_dev &&
+         sa.st_ino == sb.st_ino;
+}
+}  // namespace
+
+int ForEachScore(const Args& args, const std::string& extension,
+                 const std::function<void(const std::string& in, const std::string& out)>& convert) {
+  namespace fs = std::filesystem;
+  const auto& inputs = args.Positional();
+  const auto outFile = args.Value("-o");
+  const auto outDir = args.Value("-d");
+  if (inputs.empty()) throw UsageError("missing score file (give SCORE.note -o OUT" + extension + ")");
+  if (outFile && outDir) throw UsageError("give either -o OUT" + extension + " or -d DIR, not both");
+  if (inputs.size() > 1 && outFile)
+    throw UsageError("-o names one output; for " + std::to_string(inputs.size()) + " scores give -d DIR");
+  if (!outFile && !outDir) throw UsageError("missing -o OUT" + extension + " (or -d DIR for many scores)");
+  if (outFile && outFile->empty()) throw UsageError("-o needs a file name");
+  if (outDir && outDir->empty()) throw UsageError("-d needs a directory");
+
+  // Every output is named before any work, so two scores that would share one output
+  // are a mistake in the command line, not a silent overwrite.
+  std::vector<std::string> outputs;
+  for (const auto& in : inputs) {
+    if (outFile) {
+      outputs.push_back(*outFile);
+      continue;
+    }
+    const std::string out = (fs::path(*outDir) / (fs::path(in).stem().string() + extension)).string();
+    for (std::size_t k = 0; k < outputs.size(); ++k)
+      if (outputs[k] == out)
+        throw UsageError(inputs[k] + " and " + in + " would both be written to " + out + "; rename one");
+    outputs.push_back(out);
+  }
+  if (outDir) {
+    std::error_code ec;
+    if (!fs::is_directory(*outDir, ec)) throw RunError("no directory " + *outDir + "; create it first");
+  }
+
+  int status = 0;
+  for (std::size_t k = 0; k < inputs.size(); ++k) {
+    const std::string& in = inputs[k];
+    const std::string& out = outputs[k];
+    try {
+      if (out != "-" && SameFile(in, out))
+        throw RunError("will not write " + out + " over its own score " + in + "; name another output");
+      convert(in, out);
+    } catch (const UsageError&) {
+      throw;  // the command line is wrong for every input alike
+    } catch (const std::exception& e) {
+      if (inputs.size() == 1) throw;
+      std::cerr << "lirenza-cli: " << in << ": " << e.what() << '\n';
+      status = 1;
+    }
+  }
+  return status;
 }
 
 }  // namespace lirenza::cli

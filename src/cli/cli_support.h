@@ -1,6 +1,7 @@
 #pragma once
 // What every subcommand of lirenza-cli shares: option parsing that names the bad
 // option, one-line errors, JSON text, and reading a score the strict way.
+#include <functional>
 #include <map>
 #include <optional>
 #include <stdexcept>
@@ -64,7 +65,13 @@ struct ScoreForOutput {
   double gate = 0.95;
   int inst = 0;
 };
-inline const std::vector<std::string> kOutputOptions = {"-o", "--tempo", "--gate", "--instrument"};
+inline const std::vector<std::string> kOutputOptions = {"-o", "-d", "--tempo", "--gate", "--instrument"};
 ScoreForOutput LoadScoreForOutput(const Args& args, const std::string& path);
+
+// Runs convert(in, out) for each score named: one input with -o OUT, or many with -d DIR
+// (DIR/<stem><extension>). A failure of one input is reported on stderr as one line and the
+// others still run. Returns the exit status: 0, or 1 if any input failed.
+int ForEachScore(const Args& args, const std::string& extension,
+                 const std::function<void(const std::string& in, const std::string& out)>& convert);
 
 }  // namespace lirenza::cli

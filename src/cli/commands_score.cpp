@@ -35,13 +35,13 @@ void SaveStaff(Staff& staff, const std::string& out) {
 }  // namespace
 
 int RunMidi(const Argv& argv) {
-  Args args(argv, kOutputOptions, {});
-  const std::string in = args.OnePositional("score file (lirenza-cli midi SCORE.note -o OUT.mid)");
-  const std::string out = args.Required("-o", "OUT.mid");
-  const ScoreForOutput score = LoadScoreForOutput(args, in);
-  const auto bytes = SaveMidiBytes(score.staff.icv, score.gate, TempoForSlider(score.tempoSlider).tempo, score.inst);
-  WriteOutput(out, std::string(bytes.begin(), bytes.end()));
-  return 0;
+  Args args(argv, kOutputOptions, {"--strict"});
+  return ForEachScore(args, ".mid", [&](const std::string& in, const std::string& out) {
+    const ScoreForOutput score = LoadScoreForOutput(args, in);
+    const auto bytes =
+        SaveMidiBytes(score.staff.icv, score.gate, TempoForSlider(score.tempoSlider).tempo, score.inst);
+    WriteOutput(out, std::string(bytes.begin(), bytes.end()));
+  });
 }
 
 int RunKestra(const Argv& argv) {
