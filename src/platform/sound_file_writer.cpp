@@ -1,13 +1,8 @@
 #include "platform/sound_file_writer.h"
 
 #include <sndfile.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
 #include <filesystem>
 
 namespace lirenza {
@@ -24,40 +19,24 @@ bool SoundFileTypeOf(const std::string& path, SoundFileType* type) {
 SoundFileWriter::~SoundFileWriter() { Abort(); }
 
 bool SoundFileWriter::Open(const std::string& path, SoundFileType type, int sampleRate, std::string* error) {
-  namespace fs = std::filesystem;
   Abort();
-  const fs::path target(path);
-  std::error_code ec;
-  if (fs::is_directory(target, ec)) {
-    if (error) *error = "cannot write " + path + ": it is a folder";
-    return false;
-  }
-  fs::path dir = target.parent_path();
-  if (dir.empty()) dir = ".";
-  std::string tmpl = (dir / ("." + target.filename().string() + ".XXXXXX")).string();
-  int fd = ::mkstemp(tmpl.data());
-  if (fd < 0) {
-    if (error) *error = "cannot write in " + dir.string() + ": " + std::strerror(errno);
-    return false;
-  }
-  // A new file gets the permissions any file the user creates would get.
-  mode_t mask = ::umask(0);
-  ::umask(mask);
-  ::fchmod(fd, 0666 & ~mask);
+  // libsndfile goes back to fill in the header, so the target must seek.
+  if (!out_.Open(path, error, /*seekable=*/true)) return false;
   SF_INFO info{};
   info.samplerate = sampleRate;
   info.channels = 2;
-  info.format = (type == SoundFileType::Flac ? SF_FORMAT_FLAC : SF_FORMAT_WAV) | SF_FORMAT_PCM_16;
-  file_ = sf_open_fd(fd, SFM_WRITE, &info, SF_TRUE);
+  info.format = (type == SoundFileType::Flac ? SF_FORMAT_FLAC : SF_FORMAT_RF64) | SF_FORMAT_PCM_16;
+  file_ = sf_open_fd(out_.fd(), SFM_WRITE, &info, SF_FALSE);
   if (!file_) {
     if (error) *error = "cannot write " + path + ": " + sf_strerror(nullptr);
-    ::close(fd);
-    ::unlink(tmpl.c_str());
+    out_.Abort();
     return false;
   }
+  // RF64 only when the sizes no longer fit in 32 bits; below that, plain WAV that
+  // every program reads.
+  if (type == SoundFileType::Wav) sf_command(file_, SFC_RF64_AUTO_DOWNGRADE, nullptr, SF_TRUE);
   sf_command(file_, SFC_SET_CLIPPING, nullptr, SF_TRUE);
   path_ = path;
-  temp_ = tmpl;
   return true;
 }
 
@@ -73,24 +52,20 @@ bool SoundFileWriter::Write(const float* interleaved, long frames, std::string* 
 
 bool SoundFileWriter::Commit(std::string* error) {
   if (!file_) return false;
-  sf_write_sync(file_);
-  const int closed = sf_close(file_);
+  const int closed = sf_close(file_);  // writes the final header
   file_ = nullptr;
-  if (closed != 0 || std::rename(temp_.c_str(), path_.c_str()) != 0) {
-    if (error) *error = "cannot write " + path_ + ": " + std::strerror(errno);
-    ::unlink(temp_.c_str());
-    temp_.clear();
+  if (closed != 0) {
+    if (error) *error = "cannot write " + path_ + ": " + sf_error_number(closed);
+    out_.Abort();
     return false;
   }
-  temp_.clear();
-  return true;
+  return out_.Commit(error);
 }
 
 void SoundFileWriter::Abort() {
   if (file_) sf_close(file_);
   file_ = nullptr;
-  if (!temp_.empty()) ::unlink(temp_.c_str());
-  temp_.clear();
+  out_.Abort();
 }
 
 }  // namespace lirenza

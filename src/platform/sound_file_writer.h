@@ -1,8 +1,11 @@
 #pragma once
-// Writes a rendered sound to WAV or FLAC (16-bit stereo) through a temporary file
-// beside the target, renamed over it only when complete: a failed or interrupted
-// render leaves no half-written file and never destroys an old one.
+// Writes a rendered sound to WAV or FLAC (16-bit stereo) through AtomicFile: a failed
+// or interrupted render leaves no half-written file and never destroys an old one. A
+// WAV that outgrows 4 GB becomes RF64 instead of wrapping its 32-bit sizes; a smaller
+// one stays plain RIFF/WAVE.
 #include <string>
+
+#include "files/file_io.h"
 
 typedef struct sf_private_tag SNDFILE;
 
@@ -30,7 +33,8 @@ class SoundFileWriter {
 
  private:
   SNDFILE* file_ = nullptr;
-  std::string path_, temp_;
+  AtomicFile out_;
+  std::string path_;
 };
 
 }  // namespace lirenza
