@@ -76,7 +76,7 @@ int main(int argc, char** argv) {
 
     Report("  load (read file, parse, fill the staff)", MedianMs(runs, [&] {
              Staff s;
-             OpenFile1(s, *ReadWholeFile(notePath, &error));
+             LoadScoreText(s, *ReadWholeFile(notePath, &error));
            }), 50);
     Report("  save (build text, write and rename)", MedianMs(runs, [&] {
              Staff s = staff;

@@ -109,55 +109,19 @@ std::string JsonString(const std::string& s) {
   return out + "\"";
 }
 
-namespace {
-
-bool ValidUtf8(const std::string& s) {
-  for (std::size_t i = 0; i < s.size();) {
-    const unsigned char c = s[i];
-    const int extra = c < 0x80 ? 0 : (c & 0xE0) == 0xC0 ? 1 : (c & 0xF0) == 0xE0 ? 2 : (c & 0xF8) == 0xF0 ? 3 : -1;
-    if (extra < 0 || i + extra >= s.size()) return false;
-    for (int k = 1; k <= extra; ++k)
-      if ((static_cast<unsigned char>(s[i + k]) & 0xC0) != 0x80) return false;
-    i += extra + 1;
-  }
-  return true;
-}
-
-bool IsWholeNumber(const std::string& f) {
-  if (f.empty()) return false;
-  std::size_t i = f[0] == '-' ? 1 : 0;
-  if (i == f.size()) return false;
-  for (; i < f.size(); ++i)
-    if (!std::isdigit(static_cast<unsigned char>(f[i]))) return false;
-  return true;
-}
-
-}  // namespace
-
-std::string ScoreTextProblem(const std::string& text) {
-  if (text.find('\0') != std::string::npos || !ValidUtf8(text)) return "is not a text file";
-  if (text.find(';') == std::string::npos) return "has no score fields (no \";\" in it)";
-  std::string notes = Field(text, ";", 1);
-  while (!notes.empty() && (notes.back() == ' ' || notes.back() == '\n' || notes.back() == '\r')) notes.pop_back();
-  if (notes.empty()) return {};
-  int k = 0;
-  for (const auto& record : SplitFields(notes, " ")) {
-    ++k;
-    auto f = SplitFields(record, ",");
-    if (f.size() < 11 || !IsWholeNumber(f[0]) || !IsWholeNumber(f[1]) || !IsWholeNumber(f[3]))
-      return "has a note record that cannot be read (record " + std::to_string(k) + ": \"" +
-             record.substr(0, 40) + "\")";
-  }
-  return {};
-}
-
-ScoreFile ReadScoreStrict(const std::string& path) {
+ScoreFile ReadScore(const std::string& path, bool strict) {
   std::string error;
   auto text = ReadWholeFile(path, &error);
   if (!text) throw RunError(error);
-  if (auto problem = ScoreTextProblem(*text); !problem.empty())
-    throw RunError(path + " " + problem + "; is it a .note score?");
-  return ParseScoreFile(*text);
+  ScoreReadReport report;
+  ScoreFile file = ParseScoreFile(*text, &report);
+  if (!report.notAScore.empty()) throw RunError(path + " " + report.notAScore + "; is it a .note score?");
+  const auto repairs = report.Repairs();
+  if (strict && !repairs.empty())
+    throw RunError(path + ": " + repairs.front() + (repairs.size() > 1 ? " (and more)" : "") +
+                   "; without --strict it is read as the window reads it");
+  for (const auto& line : repairs) std::cerr << "lirenza-cli: " << path << ": " << line << '\n';
+  return file;
 }
 
 void WriteOutput(const std::string& path, const std::string& bytes) {
@@ -183,7 +147,7 @@ ScoreForOutput LoadScoreForOutput(const Args& args, const std::string& path) {
   const auto tempoOption = args.IntOption("--tempo", 0, kTempoSliderMax);
   const double gate = args.Value("--gate") ? ParseGate(*args.Value("--gate")) : 0.95;
   const auto instOption = args.IntOption("--instrument", 1, 16512);
-  const ScoreFile file = ReadScoreStrict(path);
+  const ScoreFile file = ReadScore(path, args.Flag("--strict"));
   ScoreForOutput out;
   const int sliderFromFile = ApplyScoreFile(out.staff, file);
   out.tempoSlider = tempoOption ? *tempoOption : sliderFromFile;

@@ -1,6 +1,6 @@
 #pragma once
 // What every subcommand of lirenza-cli shares: option parsing that names the bad
-// option, one-line errors, JSON text, and reading a score the strict way.
+// option, one-line errors, JSON text, and reading a score.
 #include <functional>
 #include <map>
 #include <optional>
@@ -46,13 +46,10 @@ int ParseInt(const std::string& text, int lo, int hi, const std::string& what);
 
 std::string JsonString(const std::string& s);
 
-// Reads a .note file. Unlike the window, which loads any text as far as it goes, a
-// batch run stops at a file that is not a score, so a script never converts garbage
-// silently.
-ScoreFile ReadScoreStrict(const std::string& path);
-
-// Why a text is not a score; empty when it reads as one.
-std::string ScoreTextProblem(const std::string& text);
+// Reads a .note file the way the window does and says on stderr, one line for each
+// kind, what had to be repaired. Refuses (RunError) only what is not a score at all,
+// or with `strict` anything that needed a repair, so a script can validate.
+ScoreFile ReadScore(const std::string& path, bool strict);
 
 void WriteOutput(const std::string& path, const std::string& bytes);
 

@@ -74,10 +74,10 @@ int RunScale(const Argv& argv) {
 }
 
 int RunInspect(const Argv& argv) {
-  Args args(argv, {}, {"--json"});
+  Args args(argv, {}, {"--json", "--strict"});
   const std::string in = args.OnePositional("score file (lirenza-cli inspect SCORE.note)");
   Staff staff;
-  ApplyScoreFile(staff, ReadScoreStrict(in));
+  ApplyScoreFile(staff, ReadScore(in, args.Flag("--strict")));
   const auto events = BuildEventList(staff.icv, 1.0, 0.95);
 
   // One row per note in playing order: its on event, and the length until its off.

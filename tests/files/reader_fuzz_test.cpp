@@ -63,7 +63,7 @@ TEST(ReaderFuzz, MutatedFilesNeverCrashAndSettle) {
   while (std::chrono::steady_clock::now() < deadline) {
     const std::string text = Mutate(kSeeds[rng() % std::size(kSeeds)], rng);
     Staff staff;
-    const int slider = OpenFile1(staff, text);
+    const int slider = LoadScoreText(staff, text);
     ASSERT_GE(slider, 0);
     ASSERT_LE(slider, 15);
     RepaintInView(staff);

@@ -79,7 +79,8 @@ TEST(ScoreFileReader, IsLenientWhereverAFileIsOdd) {
       {"line feeds in the comment survive", ";t;line1\nline2;0;0;9;0;0\n", 0, "t", "line1\nline2", 9, 0, 0},
       {"a semicolon in the title shifts the fields", ";a;b;c;5;0;7;3;1\n", 0, "a", "b", 0, 7, 3},
       {"fewer than eight fields", "120,105,0,60,60,0,0,0,9,8,C498 ;only", 1, "only", "", 0, 0, 0},
-      {"numbers with rubbish behind them", ";;;x;y;12abc;3.9;-2\n", 0, "", "", 12, 3, -2},
+      {"numbers with rubbish behind them; the tempo held, a time of -2 read as 0", ";;;x;y;12abc;3.9;-2\n", 0,
+       "", "", 12, 3, 0},
       {"no fields at all: every word is a record", "garbage without separators", 3, "", "", 0, 0, 0},
   };
   for (const auto& c : cases) {
@@ -92,6 +93,76 @@ TEST(ScoreFileReader, IsLenientWhereverAFileIsOdd) {
     EXPECT_EQ(f.keyN, c.keyN);
     EXPECT_EQ(f.timeN, c.timeN);
   }
+}
+
+namespace {
+// The report in a few words, so a case names every repair it expects and no other.
+std::string Summary(const ScoreReadReport& r) {
+  std::string s;
+  auto add = [&](const char* what, long long n) {
+    if (n) s += std::string(s.empty() ? "" : " ") + what + "=" + std::to_string(n);
+  };
+  if (!r.notAScore.empty()) s = "not a score";
+  add("bom", r.byteOrderMarkSkipped);
+  add("notes only", r.noScoreFields);
+  add("missing score fields", r.missingScoreFields);
+  add("unreadable score numbers", r.unreadableScoreNumbers);
+  add("missing", r.recordsMissingFields);
+  add("extra", r.recordsWithExtraFields);
+  add("unreadable", r.recordsWithUnreadableNumbers);
+  add("huge", r.recordsWithHugeNumbers);
+  if (r.tempoOutOfRange) add("tempo", *r.tempoOutOfRange);
+  if (r.keyOutOfRange) add("key", *r.keyOutOfRange);
+  if (r.timeOutOfRange) add("time", *r.timeOutOfRange);
+  return s;
+}
+}  // namespace
+
+TEST(ScoreFileReader, CountsEveryRepairByKindAndTellsTextThatIsNoScore) {
+  struct Case {
+    std::string text, summary;
+  } cases[] = {
+      {std::string(kTwoNotes) + "\n", ""},
+      {"\xEF\xBB\xBF" + std::string(kTwoNotes), "bom=1"},
+      {"120,105,0,60 152,99 ;t;;1;41;7;0;0\n", "missing=2"},
+      {"120,105,0,60,60,0,0,0,9,8,C4,98 ;t;;1;41;7;0;0\n", "extra=1"},
+      {"1e308,-1e308,0,7FFF,60,0,0,0,9,8,C498 999999999999,5,0,60,x,0,0,0,9,8,C498 ;;;5;0;7;0;0\n",
+       "unreadable=2 huge=2"},
+      {";;;5;0;99;15;9\n", "tempo=99 key=15 time=9"},
+      {";;;5;0;-3;-1;0\n", "tempo=-3 key=-1"},
+      {";;;x;0;;1;0\n", "unreadable score numbers=2"},
+      {";t;c;5", "missing score fields=4"},
+      {"120,105,0,60,60,0,0,0,9,8,C498 ", "notes only=1"},
+      {"", "not a score notes only=1"},
+      {"hello, world\n", "not a score notes only=1 missing=2 unreadable=2"},
+      {std::string("\0;;;5;0;7;0;0", 13), "not a score missing=1 unreadable=1"},
+      {"\xC3\x28;;;5;0;7;0;0", "not a score missing=1 unreadable=1"},
+      {"\xED\xA0\x80;;;5;0;7;0;0", "not a score missing=1 unreadable=1"},  // a UTF-16 surrogate
+      {"\xC0\xAF;;;5;0;7;0;0", "not a score missing=1 unreadable=1"},      // an overlong '/'
+      {"\xF0\x9F\x8E\xBB;;;5;0;7;0;0", "missing=1 unreadable=1"},          // 🎻 is text
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    ScoreReadReport report;
+    const ScoreFile f = ParseScoreFile(c.text, &report);
+    EXPECT_EQ(Summary(report), c.summary);
+    EXPECT_EQ(report.Repairs().empty(), report.notAScore.empty() && c.summary.empty());
+    for (const auto& n : f.notes) {
+      for (int v : {n.left, n.top, n.noteNo, n.nline, n.sf, n.sib, n.ks}) {
+        EXPECT_LE(v, kMaxNoteNumberMagnitude);
+        EXPECT_GE(v, -kMaxNoteNumberMagnitude);
+      }
+    }
+    EXPECT_GE(f.tempoSlider, 0);
+    EXPECT_LE(f.tempoSlider, kMaxTempoSlider);
+    EXPECT_LE(f.keyN, kMaxKeyNumber);
+    EXPECT_LE(f.timeN, kMaxTimeNumber);
+  }
+  // The mark is skipped, not read into the first number; huge places are held, not wrapped.
+  EXPECT_EQ(ParseScoreFile("\xEF\xBB\xBF" + std::string(kTwoNotes)).notes[0].left, 120);
+  const ScoreFile huge = ParseScoreFile("1e308,-99999999999,0,60,60,0,0,0,9,8,C498 ;");
+  EXPECT_EQ(huge.notes[0].left, kMaxNoteNumberMagnitude);
+  EXPECT_EQ(huge.notes[0].top, -kMaxNoteNumberMagnitude);
 }
 
 TEST(ScoreFileReader, RecordsTakeWhatTheyHoldAndRestsAlwaysShowARest) {
@@ -111,12 +182,12 @@ TEST(ScoreFileReader, RecordsTakeWhatTheyHoldAndRestsAlwaysShowARest) {
   EXPECT_EQ(f.notes[3].backdrop, "") << "no picture for a digit that is not hexadecimal";
 }
 
-TEST(OpenFile1, ReplacesTheStaffKeepsTheCursorAndMapsTheSignaturePictures) {
+TEST(LoadScoreText, ReplacesTheStaffKeepsTheCursorAndMapsTheSignaturePictures) {
   Staff s;
   ChangeKestra(s, "C498 D498 E498");
   s.preNote[0] = 700;
   s.noteChanged = true;
-  int slider = OpenFile1(s, "152,99,0,62,62,0,0,0,9,2,D492 ;曲;;1;41;15;10;6\n");
+  int slider = LoadScoreText(s, "152,99,0,62,62,0,0,0,9,2,D492 ;曲;;1;41;15;10;6\n");
   EXPECT_EQ(s.NoteCount(), 1);
   EXPECT_EQ(s.icv[1].note, "D492");
   EXPECT_EQ(s.preNote[0], 136) << "no reader sets the cursor";
@@ -126,17 +197,17 @@ TEST(OpenFile1, ReplacesTheStaffKeepsTheCursorAndMapsTheSignaturePictures) {
   EXPECT_EQ(s.timeN, 6);
   EXPECT_EQ(s.tcvPicture, "T5");
   EXPECT_TRUE(s.noteChanged) << "the title changed";
-  // Numbers outside the tables are kept, the pictures left as they were; the slider
-  // is held to its range.
-  slider = OpenFile1(s, ";曲;;0;0;99;20;30\n");
-  EXPECT_EQ(s.keyN, 20);
-  EXPECT_EQ(s.kcvPicture, "F3");
-  EXPECT_EQ(s.timeN, 30);
-  EXPECT_EQ(s.tcvPicture, "T5");
+  // Signature numbers outside the tables read as a new score's, which would otherwise
+  // sound every note at 0 Hz; the slider is held to its range.
+  slider = LoadScoreText(s, ";曲;;0;0;99;20;30\n");
+  EXPECT_EQ(s.keyN, 0);
+  EXPECT_EQ(s.kcvPicture, "S0");
+  EXPECT_EQ(s.timeN, 0);
+  EXPECT_EQ(s.tcvPicture, "T4");
   EXPECT_EQ(slider, 15);
-  EXPECT_EQ(OpenFile1(s, ";;;;;-4;;"), 0);
+  EXPECT_EQ(LoadScoreText(s, ";;;;;-4;;"), 0);
   EXPECT_TRUE(s.noteChanged) << "the title changed to empty";
-  OpenFile1(s, ";;;;;-4;;");
+  LoadScoreText(s, ";;;;;-4;;");
   EXPECT_FALSE(s.noteChanged) << "same texts: a load alone is no change";
 }
 
@@ -186,9 +257,12 @@ TEST(ScoreFileRoundTrip, RandomStaffsComeBackNoteForNote) {
     s.timeN = static_cast<int>(rng() % 9);
     WindowSettings settings{static_cast<int>(rng() % 18), static_cast<int>(rng() % 20), static_cast<int>(rng() % 16)};
     const std::string text = SaveFileText(s, settings);
+    ScoreReadReport report;
+    ParseScoreFile(text, &report);
+    EXPECT_TRUE(report.Repairs().empty()) << "a saved file needs no repair: " << report.Repairs().front();
 
     Staff back;
-    const int slider = OpenFile1(back, text);
+    const int slider = LoadScoreText(back, text);
     ASSERT_EQ(back.NoteCount(), count);
     for (int i = 1; i <= count; ++i) ExpectSameStoredFields(back.icv[i], s.icv[i]);
     EXPECT_EQ(back.title, s.title);
