@@ -184,7 +184,7 @@ QString MakeStaffPreview(const QString& pictureDir, const QString& outPath) {
   QImage violin = pic("Violin");
   {
     QPainter v(&violin);
-    const lirenza::HandGeometry g = lirenza::LHandGeometry(2, 5);
+    const lirenza::HandGeometry g = lirenza::HandGeometryAt(2, 5);
     v.drawImage(QRect(g.string.x, g.string.y, g.string.width, g.string.height), pic("GenS"));
     v.drawImage(g.finger.x, g.finger.y, pic("Yubi"));
   }

@@ -4,12 +4,38 @@
 
 namespace lirenza {
 
-const std::array<std::string_view, 13> kStaffMenuTexts = {
-    "(編集)", "-", "0:小節カット", "1:小節コピー", "2:小節ペースト", "3:小節クリア", "4:小節挿入", "-",
-    "5:全音符を2倍にする", "6:全音符を削除", "-", "7:楽譜を開く", "8:楽譜を保存"};
-const std::array<std::string_view, 7> kEditBarTexts = {"小節カット", "小節コピー", "小節ペースト", "小節クリアー",
-                                                       "小節挿入", "全音符を2倍にする", "全音符を削除"};
-const std::array<std::string_view, 7> kEditBarShortcuts = {"Option+X", "Option+C", "Option+V", "", "Option+I", "", ""};
+const std::array<StaffMenuRow, 13> kStaffMenuRows = {{
+    {"(編集)"},
+    {"-"},
+    {"0:小節カット", true, BarOperation::Cut},
+    {"1:小節コピー", true, BarOperation::Copy},
+    {"2:小節ペースト", true, BarOperation::Paste},
+    {"3:小節クリア", true, BarOperation::Clear},
+    {"4:小節挿入", true, BarOperation::Insert},
+    {"-"},
+    {"5:全音符を2倍にする", true, BarOperation::DoubleAll},
+    {"6:全音符を削除", true, BarOperation::DeleteAll},
+    {"-"},
+    {"7:楽譜を開く", true, BarOperation::OpenScore},
+    {"8:楽譜を保存", true, BarOperation::SaveScore},
+}};
+
+namespace {
+constexpr std::array<std::string_view, kBarMenuOperations> kBarMenuCaptions = {
+    "小節カット", "小節コピー", "小節ペースト", "小節クリアー", "小節挿入", "全音符を2倍にする", "全音符を削除"};
+constexpr std::array<std::string_view, kBarMenuOperations> kBarMenuShortcuts = {
+    "Option+X", "Option+C", "Option+V", "", "Option+I", "", ""};
+}  // namespace
+
+std::string_view BarMenuCaption(BarOperation operation) {
+  const int i = static_cast<int>(operation);
+  return i < kBarMenuOperations ? kBarMenuCaptions[i] : std::string_view{};
+}
+
+std::string_view BarMenuShortcut(BarOperation operation) {
+  const int i = static_cast<int>(operation);
+  return i < kBarMenuOperations ? kBarMenuShortcuts[i] : std::string_view{};
+}
 
 namespace {
 
@@ -85,45 +111,38 @@ void BarDouble(Staff& staff) {
 
 namespace {
 
-BarMenuOutcome RunBarOperation(Staff& staff, int index, bool menuRoad, Confirm& confirm) {
-  switch (index) {
-    case 0: BarDelete(staff); break;
-    case 1: BarCopyMark(staff); break;
-    case 2: BarCopy(staff); break;
-    case 3: BarClear(staff); break;
-    case 4: BarAdd(staff); break;
-    case 5: BarDouble(staff); break;
-    case 6:
-      if (menuRoad) {
+BarMenuOutcome RunBarOperation(Staff& staff, BarOperation operation, bool barMenu, Confirm& confirm) {
+  switch (operation) {
+    case BarOperation::Cut: BarDelete(staff); break;
+    case BarOperation::Copy: BarCopyMark(staff); break;
+    case BarOperation::Paste: BarCopy(staff); break;
+    case BarOperation::Clear: BarClear(staff); break;
+    case BarOperation::Insert: BarAdd(staff); break;
+    case BarOperation::DoubleAll: BarDouble(staff); break;
+    case BarOperation::DeleteAll:
+      if (barMenu) {
         if (confirm.Ask(kDeleteAllMessage, kDeleteAllExplanation, kDeleteAllAction)) ClearNotes2(staff);
       } else if (!staff.noteChanged || confirm.Ask(kDeleteAllMessage, kDeleteAllExplanation, kDeleteAllAction)) {
         ClearNotes(staff);
       }
       break;
-    case 7: return BarMenuOutcome::OpenFile;
-    case 8: return BarMenuOutcome::SaveFile;
-    default: return BarMenuOutcome::Ignored;
+    case BarOperation::OpenScore: return barMenu ? BarMenuOutcome::Ignored : BarMenuOutcome::OpenFile;
+    case BarOperation::SaveScore: return barMenu ? BarMenuOutcome::Ignored : BarMenuOutcome::SaveFile;
   }
   return BarMenuOutcome::Done;
 }
 
 }  // namespace
 
-BarMenuOutcome MCV_ContextualMenuAction(Staff& staff, const std::string& itemText, int mouseX, int mouseY,
-                                        Confirm& confirm) {
+BarMenuOutcome ChooseFromStaffMenu(Staff& staff, BarOperation operation, int mouseX, int mouseY, Confirm& confirm) {
   staff.preNote[0] = ClickColumn(mouseX);
   staff.preNote[1] = ClickRow(mouseY);
-  for (int index = 0; index <= 8; ++index) {
-    // Items 0..4 stand at 2..6, 5 and 6 at 8 and 9, 7 and 8 at 11 and 12.
-    const int at = index <= 4 ? index + 2 : index <= 6 ? index + 3 : index + 4;
-    if (itemText == kStaffMenuTexts[at]) return RunBarOperation(staff, index, false, confirm);
-  }
-  return BarMenuOutcome::Ignored;
+  return RunBarOperation(staff, operation, false, confirm);
 }
 
-BarMenuOutcome EditBar_Action(Staff& staff, const Modes& modes, int index, Confirm& confirm) {
+BarMenuOutcome ChooseFromBarMenu(Staff& staff, const Modes& modes, BarOperation operation, Confirm& confirm) {
   if (modes.Busy()) return BarMenuOutcome::Ignored;
-  return RunBarOperation(staff, index, true, confirm);
+  return RunBarOperation(staff, operation, true, confirm);
 }
 
 }  // namespace lirenza

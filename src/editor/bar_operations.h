@@ -11,11 +11,21 @@
 
 namespace lirenza {
 
-// The staff's context menu: title, separators and the nine operations in order.
-extern const std::array<std::string_view, 13> kStaffMenuTexts;
-// The same operations in the EditBar menu (index 0..6) and their shortcuts.
-extern const std::array<std::string_view, 7> kEditBarTexts;
-extern const std::array<std::string_view, 7> kEditBarShortcuts;
+// What the staff's menu and the bar menu of the menu bar offer. The staff's menu has
+// all nine; the bar menu the first seven. Captions are only what the menus show.
+enum class BarOperation { Cut, Copy, Paste, Clear, Insert, DoubleAll, DeleteAll, OpenScore, SaveScore };
+inline constexpr int kBarMenuOperations = 7;  // Cut .. DeleteAll
+
+// One row of the staff's menu: a title, a separator ("-") or an operation.
+struct StaffMenuRow {
+  std::string_view caption;
+  bool isOperation = false;
+  BarOperation operation = BarOperation::Cut;
+};
+extern const std::array<StaffMenuRow, 13> kStaffMenuRows;
+// The bar menu's caption and shortcut of operation Cut .. DeleteAll.
+std::string_view BarMenuCaption(BarOperation operation);
+std::string_view BarMenuShortcut(BarOperation operation);
 inline constexpr int kBarAddStop = 10224;
 inline constexpr int kBarDoubleMaxBars = 36;
 
@@ -33,14 +43,14 @@ inline const char* kDeleteAllMessage = "楽譜の音符を全部削除します�
 inline const char* kDeleteAllExplanation = "一度削除したら、元にはもどせません。 ";
 inline const char* kDeleteAllAction = "削除";
 
-// What the caller must do beside the staff for items 7 and 8 (open and save ask for a
-// file, which is the window's business).
+// What the caller must do beside the staff for open and save (they ask for a file,
+// which is the window's business).
 enum class BarMenuOutcome { Done, OpenFile, SaveFile, Ignored };
 
-// The staff's context menu at the mouse place: no busy guard on this road.
-BarMenuOutcome MCV_ContextualMenuAction(Staff& staff, const std::string& itemText, int mouseX, int mouseY,
-                                        Confirm& confirm);
-// The EditBar menu by index; does nothing while busy.
-BarMenuOutcome EditBar_Action(Staff& staff, const Modes& modes, int index, Confirm& confirm);
+// The staff's menu, chosen at the mouse place. This road has no busy guard: the menu
+// opens on the staff itself, and its bars are what it acts on.
+BarMenuOutcome ChooseFromStaffMenu(Staff& staff, BarOperation operation, int mouseX, int mouseY, Confirm& confirm);
+// The bar menu of the menu bar; does nothing while a score is read or played.
+BarMenuOutcome ChooseFromBarMenu(Staff& staff, const Modes& modes, BarOperation operation, Confirm& confirm);
 
 }  // namespace lirenza

@@ -8,19 +8,27 @@
 
 namespace lirenza {
 
-const std::array<std::string_view, 15> kKeyMenuItems = {
-    "0:ハ長調", "1:#", "2:##", "3:###", "4:####", "5:#####", "6:######", "7:#######",
-    "8:b", "9:bb", "10:bbb", "11:bbbb", "12:bbbbb", "13:bbbbbb", "14:bbbbbbb"};
-const std::array<std::string_view, 9> kTimeMenuItems = {"0:4/4", "1:6/8", "2:3/4", "3:2/4", "4:2/2",
-                                                        "5:12/8", "6:5/4", "7:3/8", "8:9/8"};
-
 namespace {
 constexpr std::string_view kStepValues = "0,4,1,5,2,6,3,7,-4,-1,-5,-2,-6,-3,-7";
 constexpr std::string_view kTimeSheets = "Sheet1,Sheet2,Sheet2,Sheet1,Sheet1,Sheet2,Sheet1,Sheet2,Sheet2";
 // Transposition may go one line further than entry at each end.
 constexpr int kMoveTopMin = 54;
 constexpr int kMoveTopMax = 159;
+
+constexpr std::array<std::string_view, kKeyMenuItemCount> kKeyCaptions = {
+    "0:ハ長調", "1:#", "2:##", "3:###", "4:####", "5:#####", "6:######", "7:#######", "8:b",
+    "9:bb", "10:bbb", "11:bbbb", "12:bbbbb", "13:bbbbbb", "14:bbbbbbb", "15:オクターブ上", "16:オクターブ下"};
+constexpr std::array<std::string_view, kTimeCount> kTimeCaptions = {"0:4/4", "1:6/8",  "2:3/4", "3:2/4", "4:2/2",
+                                                                    "5:12/8", "6:5/4", "7:3/8", "8:9/8"};
 }  // namespace
+
+std::string_view KeyMenuCaption(int item) {
+  return item >= 0 && item < kKeyMenuItemCount ? kKeyCaptions[item] : std::string_view{};
+}
+
+std::string_view TimeMenuCaption(int timeN) {
+  return timeN >= 0 && timeN < kTimeCount ? kTimeCaptions[timeN] : std::string_view{};
+}
 
 int KeyStepValue(int keyN) { return IntVal(Field(kStepValues, keyN + 1)); }
 
@@ -39,30 +47,29 @@ void MoveNotes(Staff& staff, int steps) {
   }
 }
 
-void KCV_ContextualMenuAction(Staff& staff, TuningTables& tuning, const std::string& text) {
-  int steps = KeyStepValue(staff.keyN);
-  bool matched = false;
-  for (int k = 0; k < 15; ++k) {
-    if (text != kKeyMenuItems[k]) continue;
-    staff.keyN = k;
-    staff.kcvPicture = KeySignaturePicture(k);
-    steps -= KeyStepValue(k);
-    matched = true;
+bool ChooseKey(Staff& staff, TuningTables& tuning, const Modes& modes, int item) {
+  if (modes.Busy() || item < 0 || item >= kKeyMenuItemCount) return false;
+  int steps = 0;
+  if (item == kOctaveUpItem) {
+    steps = -7;
+  } else if (item == kOctaveDownItem) {
+    steps = 7;
+  } else {
+    steps = KeyStepValue(staff.keyN) - KeyStepValue(item);
+    staff.keyN = item;
+    staff.kcvPicture = KeySignaturePicture(item);
   }
-  if (text == kOctaveUpItem) steps = -7;
-  else if (text == kOctaveDownItem) steps = 7;
-  else if (!matched) steps = 0;
   MoveNotes(staff, steps);
   PureScale(tuning, staff.keyN);
+  return true;
 }
 
-void TCV_ContextualMenuAction(Staff& staff, const std::string& text) {
-  for (int t = 0; t < 9; ++t) {
-    if (text != kTimeMenuItems[t]) continue;
-    staff.timeN = t;
-    staff.tcvPicture = TimeSignaturePicture(t);
-    staff.mcvBackdrop = TimeSheetPicture(t);
-  }
+bool ChooseTime(Staff& staff, const Modes& modes, int timeN) {
+  if (modes.Busy() || timeN < 0 || timeN >= kTimeCount) return false;
+  staff.timeN = timeN;
+  staff.tcvPicture = TimeSignaturePicture(timeN);
+  staff.mcvBackdrop = TimeSheetPicture(timeN);
+  return true;
 }
 
 }  // namespace lirenza

@@ -11,12 +11,17 @@
 
 namespace lirenza {
 
-extern const std::array<std::string_view, 15> kKeyMenuItems;   // "0:ハ長調" ... "14:bbbbbbb"
+// The key menu's items: keys 0..14 by their number (0 C major, 1..7 sharps, 8..14
+// flats), then the two octave moves. The caption is only what the menu shows.
+inline constexpr int kKeyCount = 15;
+inline constexpr int kOctaveUpItem = 15;
+inline constexpr int kOctaveDownItem = 16;
+inline constexpr int kKeyMenuItemCount = 17;
+inline constexpr int kTimeCount = 9;  // time signatures 0..8 are their own menu items
 inline const char* kKeyMenuTitle = "(調号の選択)";
-inline const char* kOctaveUpItem = "15:オクターブ上";
-inline const char* kOctaveDownItem = "16:オクターブ下";
-extern const std::array<std::string_view, 9> kTimeMenuItems;   // "0:4/4" ... "8:9/8"
 inline const char* kTimeMenuTitle = "(拍子の選択)";
+std::string_view KeyMenuCaption(int item);   // "0:ハ長調" ... "16:オクターブ下"
+std::string_view TimeMenuCaption(int timeN);  // "0:4/4" ... "8:9/8"
 
 // The key's distance from C in staff lines.
 int KeyStepValue(int keyN);
@@ -27,9 +32,10 @@ std::string TimeSheetPicture(int timeN);
 // reads pitch and signature again from each note's new line.
 void MoveNotes(Staff& staff, int steps);
 
-// The key menu: sets the key, moves the notes, and retunes.
-void KCV_ContextualMenuAction(Staff& staff, TuningTables& tuning, const std::string& itemText);
-// The time menu: pictures and timeN.
-void TCV_ContextualMenuAction(Staff& staff, const std::string& itemText);
+// The key menu: sets the key, moves the notes, and retunes. Refused (false) while a
+// score is read or played, and for an item the menu does not have.
+bool ChooseKey(Staff& staff, TuningTables& tuning, const Modes& modes, int item);
+// The time menu: pictures and timeN only; refused the same way.
+bool ChooseTime(Staff& staff, const Modes& modes, int timeN);
 
 }  // namespace lirenza

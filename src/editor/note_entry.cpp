@@ -21,7 +21,7 @@ int NoteSpaceFor(int digit) {
   return 8;
 }
 
-std::string VelocityDigitFor(int preVBB) { return Field(kEntryVelocityDigits, preVBB + 1); }
+std::string VelocityDigitFor(int loudnessButton) { return Field(kEntryVelocityDigits, loudnessButton + 1); }
 
 namespace {
 
@@ -30,7 +30,7 @@ NoteCV& AddRest(Staff& staff, const EntryState& entry, int left, int top, int nl
   NoteCV n;
   n.left = SnapColumn(left, 960);
   n.top = ClashSearch(staff, -1, n.left, RestRow(top), true);
-  n.dr = Hex(entry.preNBB - 16);
+  n.dr = Hex(entry.lengthButton - 16);
   n.ve.assign(1, '0');  // (assigning a literal here trips a false GCC 12 warning)
   n.noteNo = 0;
   n.nline = nline;
@@ -47,19 +47,19 @@ void PlaceNote(const Staff& staff, NoteCV& n, int left, int top) {
 
 }  // namespace
 
-bool MCV_MouseDown(Staff& staff, EntryState& entry, const Modes& modes, Modifiers mods, long long ticks, int x,
+bool EnterNoteAt(Staff& staff, EntryState& entry, const Modes& modes, Modifiers mods, long long ticks, int x,
                    int y) {
   if (modes.Busy() || mods.Any()) return false;
   staff.preNote[0] = ClickColumn(x);
   staff.preNote[1] = ClickRow(y);
   noteChangedCheck(staff);
   staff.preCord[0] = static_cast<int>(x / 144.0);
-  if (ticks - entry.dCT >= kDoubleClickTicks) {
-    entry.dCT = ticks;
+  if (ticks - entry.lastClickTicks >= kDoubleClickTicks) {
+    entry.lastClickTicks = ticks;
     return false;
   }
   const int left = staff.preNote[0], top = staff.preNote[1];
-  if (entry.preNBB >= 16) {
+  if (entry.lengthButton >= 16) {
     const NoteCV& rest = AddRest(staff, entry, left, top, 0);
     staff.preNote[0] = rest.left + staff.noteSpace;
     staff.preNote[1] = rest.top;
@@ -67,14 +67,14 @@ bool MCV_MouseDown(Staff& staff, EntryState& entry, const Modes& modes, Modifier
   }
   NoteCV n;
   PlaceNote(staff, n, left, top);
-  n.dr = Hex(entry.preNBB);
+  n.dr = Hex(entry.lengthButton);
   // The entry route leaves position alone, whichever family the picture is.
   n.backdrop = NotePictureName(EntryFamily(n.top), n.dr);
   n.nline = StaffLinePitch(n.top);
   n.ks = KeySignatureShift(staff.keyN, n.nline);
   n.sf = 0;
   n.noteNo = n.nline + n.sf + n.ks;
-  n.ve = VelocityDigitFor(entry.preVBB);
+  n.ve = VelocityDigitFor(entry.loudnessButton);
   n.note = NoteStr(n.noteNo, n.sf) + n.ve + n.dr;
   const NoteCV& added = staff.AddNote(n);
   staff.preNote[0] = added.left + staff.noteSpace;
@@ -82,10 +82,10 @@ bool MCV_MouseDown(Staff& staff, EntryState& entry, const Modes& modes, Modifier
   return true;
 }
 
-void InScore(Staff& staff, const EntryState& entry, int pitch, int accidental) {
+void EnterPlayedNote(Staff& staff, const EntryState& entry, int pitch, int accidental) {
   const int left = staff.preNote[0];
   const int top = NotePosition(pitch);
-  if (entry.preNBB >= 16) {
+  if (entry.lengthButton >= 16) {
     const NoteCV& rest = AddRest(staff, entry, left, top, pitch);
     staff.preNote[0] = rest.left + staff.noteSpace;
     staff.preNote[1] = rest.top;
@@ -93,7 +93,7 @@ void InScore(Staff& staff, const EntryState& entry, int pitch, int accidental) {
   }
   NoteCV n;
   PlaceNote(staff, n, left, top);
-  n.dr = Hex(entry.preNBB);
+  n.dr = Hex(entry.lengthButton);
   n.backdrop = NotePictureName(EntryFamily(n.top), n.dr);
   // The pitch stays what was played, even where the clamp or a clash moved the note.
   n.nline = pitch;
@@ -103,25 +103,25 @@ void InScore(Staff& staff, const EntryState& entry, int pitch, int accidental) {
     n.sf = accidental == 1 ? 1 : accidental == 2 ? -1 : 0;
   }
   n.noteNo = n.nline + n.sf + n.ks;
-  n.ve = VelocityDigitFor(entry.preVBB);
+  n.ve = VelocityDigitFor(entry.loudnessButton);
   RepaintToken(n);
   const NoteCV& added = staff.AddNote(n);
   staff.preNote[0] = added.left + 32;
   staff.preNote[1] = added.top;
 }
 
-void NBB_Action(Staff& staff, EntryState& entry, const Modes& modes, int index) {
+void ChooseLength(Staff& staff, EntryState& entry, const Modes& modes, int index) {
   if (modes.Busy() || index < 0 || index > 31) return;
-  entry.preNBB = index;
+  entry.lengthButton = index;
   staff.noteSpace = NoteSpaceFor(index % 16);
 }
 
-void VBB_Action(EntryState& entry, int index) {
-  if (index >= 0 && index <= 8) entry.preVBB = index;
+void ChooseLoudness(EntryState& entry, int index) {
+  if (index >= 0 && index <= 8) entry.loudnessButton = index;
 }
 
-void RBN_Action(EntryState& entry, int index) {
-  if (index >= 0 && index <= 2) entry.tGT = kArticulationGates[index];
+void ChooseArticulation(EntryState& entry, int index) {
+  if (index >= 0 && index <= 2) entry.soundingShare = kArticulationGates[index];
 }
 
 }  // namespace lirenza

@@ -11,10 +11,10 @@
 namespace lirenza {
 
 struct EntryState {
-  int preNBB = 4;       // pressed length button: 0..15 notes, 16..31 rests
-  int preVBB = 4;       // pressed loudness button, 0..8
-  double tGT = 0.95;    // share of a note that sounds, by the articulation buttons
-  long long dCT = 0;    // Ticks of the last single click on the staff
+  int lengthButton = 4;       // pressed length button: 0..15 notes, 16..31 rests
+  int loudnessButton = 4;       // pressed loudness button, 0..8
+  double soundingShare = 0.95;    // share of a note that sounds, by the articulation buttons
+  long long lastClickTicks = 0;    // Ticks of the last single click on the staff
 };
 
 inline constexpr long long kDoubleClickTicks = 30;
@@ -27,25 +27,25 @@ extern const std::array<double, 3> kArticulationGates;
 // Column step after a note of a duration digit.
 int NoteSpaceFor(int digit);
 // The velocity digit of a loudness button.
-std::string VelocityDigitFor(int preVBB);
+std::string VelocityDigitFor(int loudnessButton);
 
 // A press on the staff at x, y (canvas pixels). A first click places the entry column
 // and selects the bar; a second within 30 ticks makes a note there. True when a note
 // was made.
-bool MCV_MouseDown(Staff& staff, EntryState& entry, const Modes& modes, Modifiers mods, long long ticks, int x,
+bool EnterNoteAt(Staff& staff, EntryState& entry, const Modes& modes, Modifiers mods, long long ticks, int x,
                    int y);
 
 // The narrow canvas at the right end of the staff: a press there counts as the first
 // click of a double click on the staff.
-inline void RMCV_MouseDown(EntryState& entry, long long ticks) { entry.dCT = ticks; }
+inline void PressRightOfStaff(EntryState& entry, long long ticks) { entry.lastClickTicks = ticks; }
 
 // A note from the fingerboard: pitch is a natural line, accidental 0 none, 1 sharp,
 // 2 flat. Goes in at the entry column and moves it on by 32 (a rest by noteSpace).
-void InScore(Staff& staff, const EntryState& entry, int pitch, int accidental);
+void EnterPlayedNote(Staff& staff, const EntryState& entry, int pitch, int accidental);
 
 // The buttons. The length button is refused while busy; the others always act.
-void NBB_Action(Staff& staff, EntryState& entry, const Modes& modes, int index);
-void VBB_Action(EntryState& entry, int index);
-void RBN_Action(EntryState& entry, int index);
+void ChooseLength(Staff& staff, EntryState& entry, const Modes& modes, int index);
+void ChooseLoudness(EntryState& entry, int index);
+void ChooseArticulation(EntryState& entry, int index);
 
 }  // namespace lirenza

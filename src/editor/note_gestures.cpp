@@ -79,17 +79,17 @@ bool NoteKeyDown(Staff& staff, int index, int characterCode) {
   return true;
 }
 
-void ICV_MouseEnter(Staff& staff, int index, const SoundPorts& ports, const TuningTables& tuning, int pFlag) {
+void NoteMouseEnter(Staff& staff, int index, const SoundPorts& ports, const TuningTables& tuning, int handPosition) {
   if (index < 1 || index > staff.NoteCount()) return;
   NoteCV& n = staff.icv[index];
   if (n.IsRest()) return;
-  KeyPush(ports, tuning, pFlag, n.noteNo, NoteVel(n.ve));
+  PlayAndShow(ports, tuning, handPosition, n.noteNo, NoteVel(n.ve));
   n.oldNoteNo = n.noteNo;
 }
 
-void ICV_MouseExit(const Staff& staff, int index, const SoundPorts& ports, const TuningTables& tuning, int pFlag) {
+void NoteMouseExit(const Staff& staff, int index, const SoundPorts& ports, const TuningTables& tuning, int handPosition) {
   if (index < 1 || index > staff.NoteCount()) return;
-  KeyPush(ports, tuning, pFlag, staff.icv[index].oldNoteNo, 0);
+  PlayAndShow(ports, tuning, handPosition, staff.icv[index].oldNoteNo, 0);
 }
 
 }  // namespace lirenza

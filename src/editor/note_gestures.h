@@ -30,8 +30,8 @@ void NoteMouseUp(Staff& staff, int index, const SoundPorts& ports, const TuningT
 bool NoteKeyDown(Staff& staff, int index, int characterCode);
 
 // Hover: a note sounds while the mouse is over it (a rest does not).
-void ICV_MouseEnter(Staff& staff, int index, const SoundPorts& ports, const TuningTables& tuning, int pFlag);
-void ICV_MouseExit(const Staff& staff, int index, const SoundPorts& ports, const TuningTables& tuning, int pFlag);
+void NoteMouseEnter(Staff& staff, int index, const SoundPorts& ports, const TuningTables& tuning, int handPosition);
+void NoteMouseExit(const Staff& staff, int index, const SoundPorts& ports, const TuningTables& tuning, int handPosition);
 
 // The semitone a sign gives on a line the signature moves by ks: a natural cancels it.
 int SfOfSign(int sib, int ks, int currentSf);

@@ -11,35 +11,43 @@ namespace lirenza {
 
 namespace {
 
-const std::array<const char*, 16> kVolumeItems = {
-    "0:休符", "1: - -", "2: - -", "3:ppp", "4: - -", "5:pp", "6: - -", "7:p",
-    "8:mp",   "9:m",    "A:mf",   "B:f",   "C: - -", "D:ff", "E: - -", "F:fff"};
-const std::array<const char*, 4> kAccidentalItems = {"0:  ", "1:#", "2:b", "3:n"};
+using Kind = NoteMenuChoice::Kind;
 
-std::string LengthItem(int digit) { return Hex(digit) + ":" + std::string(kLengthNames[digit]); }
+const std::array<const char*, 16> kLoudnessNames = {"休符", " - -", " - -", "ppp", " - -", "pp", " - -", "p",
+                                                    "mp",   "m",    "mf",   "f",   " - -", "ff", " - -", "fff"};
+const std::array<const char*, 4> kAccidentalNames = {"  ", "#", "b", "n"};
 
-int IndexOf(const std::string& text, const auto& items) {
-  for (std::size_t i = 0; i < items.size(); ++i)
-    if (text == items[i]) return static_cast<int>(i);
-  return -1;
+bool DigitMatches(int digit, const std::string& field) {
+  return !field.empty() && EqualsIgnoreCase(Hex(digit), field.substr(0, 1));
 }
 
 }  // namespace
 
-std::vector<NoteMenu> NoteConstructContextualMenu(const NoteCV& note, const SoundPorts& ports,
-                                                   const TuningTables& tuning) {
+std::string NoteMenuCaption(NoteMenuChoice choice) {
+  const int v = choice.value;
+  switch (choice.kind) {
+    case Kind::Loudness: return v >= 0 && v < 16 ? Hex(v) + ":" + kLoudnessNames[v] : "";
+    case Kind::Length: return v >= 0 && v < 16 ? Hex(v) + ":" + std::string(kLengthNames[v]) : "";
+    case Kind::Accidental: return v >= 0 && v < 4 ? Hex(v) + ":" + kAccidentalNames[v] : "";
+    case Kind::NoteOrRest: return "音符/休符変換";
+    case Kind::Separator: return "-";
+  }
+  return "";
+}
+
+std::vector<NoteMenu> OpenNoteMenu(const NoteCV& note, const SoundPorts& ports, const TuningTables& tuning) {
   if (ports.np[1] && note.noteNo >= 0 && note.noteNo < kPitchTableSize)
     ports.np[1]->PlayNote(static_cast<int>(tuning.p[note.noteNo]), 0);
-  NoteMenu volume{kVolumeMenuTitle, {}}, length{kLengthMenuTitle, {}}, accidental{kAccidentalMenuTitle, {}};
-  for (const char* item : kVolumeItems)
-    volume.items.push_back({item, !note.ve.empty() && EqualsIgnoreCase(std::string_view(item, 1), note.ve.substr(0, 1))});
-  for (int d = 0; d < 16; ++d) {
-    std::string item = LengthItem(d);
-    length.items.push_back({item, !note.dr.empty() && EqualsIgnoreCase(item.substr(0, 1), note.dr.substr(0, 1))});
-  }
-  length.items.push_back({"-", false});
-  length.items.push_back({kConversionItem, false});
-  for (int s = 0; s < 4; ++s) accidental.items.push_back({kAccidentalItems[s], note.sib == s});
+  NoteMenu volume{"音量の変更", {}}, length{"音長の変更", {}}, accidental{"臨時符号", {}};
+  auto item = [](Kind kind, int value, bool checked) {
+    const NoteMenuChoice choice{kind, value};
+    return NoteMenuItem{choice, NoteMenuCaption(choice), checked};
+  };
+  for (int v = 0; v < 16; ++v) volume.items.push_back(item(Kind::Loudness, v, DigitMatches(v, note.ve)));
+  for (int d = 0; d < 16; ++d) length.items.push_back(item(Kind::Length, d, DigitMatches(d, note.dr)));
+  length.items.push_back(item(Kind::Separator, 0, false));
+  length.items.push_back(item(Kind::NoteOrRest, 0, false));
+  for (int s = 0; s < 4; ++s) accidental.items.push_back(item(Kind::Accidental, s, note.sib == s));
   return {volume, length, accidental};
 }
 
@@ -55,41 +63,34 @@ void NoteConversion(NoteCV& note) {
   SetNoteFamily(note, MenuFamily(note.top));
 }
 
-void NoteContextualMenuAction(NoteCV& note, const std::string& text) {
+bool ChooseFromNoteMenu(NoteCV& note, const Modes& modes, NoteMenuChoice choice) {
+  if (modes.Busy()) return false;
+  const int v = choice.value;
   // 1. Loudness.
-  if (const int v = IndexOf(text, kVolumeItems); v == 0) {
+  if (choice.kind == Kind::Loudness && v == 0) {
     RestConversion(note);
-  } else if (v > 0) {
+  } else if (choice.kind == Kind::Loudness && v > 0 && v < 16) {
     note.ve = Hex(v);
   }
   // 2. The repaint brings the token up to date.
   RepaintToken(note);
   // 3. Accidental.
-  if (const int s = IndexOf(text, kAccidentalItems); s >= 0) {
-    note.sib = s;
-    note.sf = s == 0 ? 0 : SfOfSign(s, note.ks, note.sf);
+  if (choice.kind == Kind::Accidental && v >= 0 && v < 4) {
+    note.sib = v;
+    note.sf = v == 0 ? 0 : SfOfSign(v, note.ks, note.sf);
   }
   // 4. Length, or the turn between note and rest, by what the note is now.
-  int length = -1;
-  for (int d = 0; d < 16; ++d)
-    if (text == LengthItem(d)) length = d;
-  if (!note.IsRest()) {
-    if (length >= 0) {
-      note.dr = Hex(length);
-      note.backdrop = NotePictureName(note.position ? 'u' : 'n', note.dr);
-    } else if (text == kConversionItem) {
-      RestConversion(note);
-    }
-  } else {
-    if (length >= 0) {
-      note.dr = Hex(length);
-      note.backdrop = NotePictureName('r', note.dr);
-    } else if (text == kConversionItem) {
-      NoteConversion(note);
-    }
+  const bool length = choice.kind == Kind::Length && v >= 0 && v < 16;
+  if (length) {
+    note.dr = Hex(v);
+    note.backdrop = NotePictureName(note.IsRest() ? 'r' : note.position ? 'u' : 'n', note.dr);
+  } else if (choice.kind == Kind::NoteOrRest) {
+    if (note.IsRest()) NoteConversion(note);
+    else RestConversion(note);
   }
   // 5. Repaint.
   RepaintToken(note);
+  return true;
 }
 
 }  // namespace lirenza

@@ -1,6 +1,7 @@
 #pragma once
 // The note's own menu: loudness, length and accidental, and the turn between note and
-// rest. Items are told apart by their text, so the texts are data.
+// rest. An item is known by what it does (NoteMenuChoice); its caption is only what
+// the menu shows, so a mnemonic, a new wording or a translation changes no action.
 #include <string>
 #include <vector>
 
@@ -10,29 +11,36 @@
 
 namespace lirenza {
 
-struct MenuEntry {
-  std::string text;  // "-" is a separator
+struct NoteMenuChoice {
+  enum class Kind { Loudness, Length, Accidental, NoteOrRest, Separator };
+  Kind kind = Kind::Separator;
+  int value = 0;  // loudness digit 0..15 (0 makes a rest), length digit 0..15, sign 0..3
+  bool operator==(const NoteMenuChoice&) const = default;
+};
+
+struct NoteMenuItem {
+  NoteMenuChoice choice;
+  std::string caption;
   bool checked = false;
 };
 
 struct NoteMenu {
   std::string title;
-  std::vector<MenuEntry> items;
+  std::vector<NoteMenuItem> items;
 };
 
-inline const char* kVolumeMenuTitle = "音量の変更";
-inline const char* kLengthMenuTitle = "音長の変更";
-inline const char* kAccidentalMenuTitle = "臨時符号";
-inline const char* kConversionItem = "音符/休符変換";
+// What the menu shows for a choice ("9:m", "4:4音符", "1:#", "音符/休符変換", "-").
+std::string NoteMenuCaption(NoteMenuChoice choice);
 
 // Opening the menu stops the sound the hover started, then builds the three sub-menus
-// with the note's present values checked.
-std::vector<NoteMenu> NoteConstructContextualMenu(const NoteCV& note, const SoundPorts& ports,
-                                                   const TuningTables& tuning);
+// (loudness, length with the note/rest turn, accidental) with the note's present
+// values checked.
+std::vector<NoteMenu> OpenNoteMenu(const NoteCV& note, const SoundPorts& ports, const TuningTables& tuning);
 
-// The chosen item's text applied in the fixed order: loudness, repaint, accidental,
-// length or conversion, repaint.
-void NoteContextualMenuAction(NoteCV& note, const std::string& itemText);
+// The chosen item applied in the fixed order: loudness, repaint, accidental, length or
+// the turn between note and rest, repaint. Refused (false) while a score is read or
+// played.
+bool ChooseFromNoteMenu(NoteCV& note, const Modes& modes, NoteMenuChoice choice);
 
 void RestConversion(NoteCV& note);
 void NoteConversion(NoteCV& note);

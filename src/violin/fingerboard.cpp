@@ -51,7 +51,7 @@ Spelling SpellForScore(int index, bool option) {
   }
 }
 
-HandGeometry LHandGeometry(int string, int cell) {
+HandGeometry HandGeometryAt(int string, int cell) {
   if (cell < 0 || cell >= kFirstUndrawnCell || string < 1 || string > 4) return {};
   const int x = CellPositionField(cell + 1);
   HandGeometry g;
@@ -62,8 +62,8 @@ HandGeometry LHandGeometry(int string, int cell) {
   return g;
 }
 
-MouseDownResult CVG_MouseDown(int x, int y, const Modifiers& mods, const Modes& modes, Staff& staff,
-                              MDPoint& mdPoint, const TuningTables& tuning, const SoundPorts& ports) {
+MouseDownResult FingerboardMouseDown(int x, int y, const Modifiers& mods, const Modes& modes, Staff& staff,
+                              FingerPress& press, const TuningTables& tuning, const SoundPorts& ports) {
   if (modes.playflag || modes.repeatflag) return {};
   // The note about to be entered would fall right of the staff: turn the page first,
   // even when the click then misses the strings.
@@ -76,17 +76,17 @@ MouseDownResult CVG_MouseDown(int x, int y, const Modifiers& mods, const Modes& 
   const int cell = CellOfX(x);
   const int index = FingerboardPitch(row, cell);
   if (ports.np[0]) ports.np[0]->PlayNote(static_cast<int>(tuning.p[index]), kMouseVelocity);
-  if (ports.view) ports.view->LHandG(row, cell);
-  mdPoint = {index, row, cell};
+  if (ports.view) ports.view->ShowFinger(row, cell);
+  press = {index, row, cell};
   const Spelling s = SpellForScore(index, mods.option);
   return {true, s.index, s.accidental};
 }
 
-void CVG_MouseUp(const MDPoint& mdPoint, const TuningTables& tuning, const SoundPorts& ports) {
-  const int index = mdPoint[0];
+void FingerboardMouseUp(const FingerPress& press, const TuningTables& tuning, const SoundPorts& ports) {
+  const int index = press[0];
   if (ports.np[0] && index >= 0 && index < kPitchTableSize)
     ports.np[0]->PlayNote(static_cast<int>(tuning.p[index]), 0);
-  if (ports.view) ports.view->LHandGF(mdPoint[1], mdPoint[2]);
+  if (ports.view) ports.view->HideFinger(press[1], press[2]);
 }
 
 }  // namespace lirenza

@@ -13,7 +13,8 @@ namespace lirenza {
 
 inline constexpr int kMouseVelocity = 80;   // softer than the keyboard's 100
 inline constexpr int kFirstUndrawnCell = 17;
-inline constexpr int kPageColumn = 984;     // the entry column has left the visible staff
+// A column this far right is off the visible staff: the view pages on by kPageStep.
+inline constexpr int kPageColumn = 984;
 inline constexpr int kPageStep = 840;
 inline constexpr int kColumnAfterPage = 280;
 
@@ -51,7 +52,7 @@ struct HandGeometry {
   Rect finger;             // Yubi on, the clean square off
   Rect string;             // GenS on, Gen off, scaled to this rectangle
 };
-HandGeometry LHandGeometry(int string, int cell);
+HandGeometry HandGeometryAt(int string, int cell);
 
 // The press of the mouse on the fingerboard, x and y in the canvas. When handled, the
 // caller enters `index` with `accidental` into the score.
@@ -60,11 +61,11 @@ struct MouseDownResult {
   int index = 0;
   int accidental = 0;
 };
-using MDPoint = std::array<int, 3>;  // sounding pitch index, string, cell of the press
+using FingerPress = std::array<int, 3>;  // sounding pitch index, string, cell of the press
 
-MouseDownResult CVG_MouseDown(int x, int y, const Modifiers& mods, const Modes& modes, Staff& staff,
-                              MDPoint& mdPoint, const TuningTables& tuning, const SoundPorts& ports);
+MouseDownResult FingerboardMouseDown(int x, int y, const Modifiers& mods, const Modes& modes, Staff& staff,
+                              FingerPress& press, const TuningTables& tuning, const SoundPorts& ports);
 // Ends what the press started, wherever the pointer is now.
-void CVG_MouseUp(const MDPoint& mdPoint, const TuningTables& tuning, const SoundPorts& ports);
+void FingerboardMouseUp(const FingerPress& press, const TuningTables& tuning, const SoundPorts& ports);
 
 }  // namespace lirenza

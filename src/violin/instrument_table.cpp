@@ -268,7 +268,7 @@ const InstrumentGroup* InstrumentGroupAt(int menuIndex) {
   return nullptr;
 }
 
-GroupChoice BBI0Action(int menuIndex) {
+GroupChoice ChooseInstrumentGroup(int menuIndex) {
   GroupChoice choice;
   const InstrumentGroup* g = InstrumentGroupAt(menuIndex);
   if (!g) return choice;
@@ -279,12 +279,12 @@ GroupChoice BBI0Action(int menuIndex) {
   return choice;
 }
 
-int BBI1Action(std::string_view instgroup, int row) { return IntVal(Field(instgroup, row + 1)); }
+int ChooseInstrument(std::string_view instgroup, int row) { return IntVal(Field(instgroup, row + 1)); }
 
 int InstrumentFromMenus(int group, int row) {
   const InstrumentGroup* g = InstrumentGroupAt(group);
   if (!g || row < 0 || row >= static_cast<int>(g->names.size())) return kViolin;
-  return BBI1Action(g->numbers, row);
+  return ChooseInstrument(g->numbers, row);
 }
 
 BankProgram BankProgramOf(int inst) {

@@ -34,9 +34,9 @@ struct GroupChoice {
   std::string caption;
   std::vector<std::string_view> rows;
 };
-GroupChoice BBI0Action(int menuIndex);
+GroupChoice ChooseInstrumentGroup(int menuIndex);
 // The instrument of a row of the current group; 0 when the row has no number.
-int BBI1Action(std::string_view instgroup, int row);
+int ChooseInstrument(std::string_view instgroup, int row);
 
 // The instrument a score's stored menu values name; the violin when they name none.
 int InstrumentFromMenus(int group, int row);

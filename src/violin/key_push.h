@@ -1,5 +1,5 @@
 #pragma once
-// KeyPush: sound a pitch index on the score's player and show it on the fingerboard in
+// PlayAndShow: sound a pitch index on the score's player and show it on the fingerboard in
 // the present hand position. Playback, the Stop sweep and hovering over notes use it.
 #include "tuning/pure_scale.h"
 #include "violin/ports.h"
@@ -11,10 +11,10 @@ struct StringCell {
   int cell = 0;    // semitones above the open string
 };
 
-// Where pitch index 55..91 is played in hand position pFlag (0 first, 1 third, 2 fifth);
+// Where pitch index 55..91 is played in hand position handPosition (0 first, 1 third, 2 fifth);
 // string 0 outside that range.
-StringCell PositionOf(int index, int pFlag);
+StringCell PositionOf(int index, int handPosition);
 
-void KeyPush(const SoundPorts& ports, const TuningTables& tuning, int pFlag, int index, int velocity);
+void PlayAndShow(const SoundPorts& ports, const TuningTables& tuning, int handPosition, int index, int velocity);
 
 }  // namespace lirenza

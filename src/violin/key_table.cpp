@@ -50,8 +50,8 @@ bool PollingPass(const KeyState& keys, KeyFlags& flag, int position, const Tunin
     // note starts.
     const StringCell sc = row.place[position];
     if (ports.view) {
-      if (down) ports.view->LHandG(sc.string, sc.cell);
-      else ports.view->LHandGF(sc.string, sc.cell);
+      if (down) ports.view->ShowFinger(sc.string, sc.cell);
+      else ports.view->HideFinger(sc.string, sc.cell);
     }
     if (ports.np[0]) ports.np[0]->PlayNote(static_cast<int>(tuning.p[row.pIndex]), down ? kKeyVelocity : 0);
     pressed = down;
@@ -60,15 +60,15 @@ bool PollingPass(const KeyState& keys, KeyFlags& flag, int position, const Tunin
   return false;
 }
 
-int PO_Action(PositionState& state, int button, const Modes& modes) {
-  if (modes.Busy() || button < 0 || button > 2) return state.pFlag;
+int ChoosePosition(PositionState& state, int button, const Modes& modes) {
+  if (modes.Busy() || button < 0 || button > 2) return state.handPosition;
   state.timerMode = {0, 0, 0};
   state.timerMode[button] = 2;
-  state.pFlag = button;
+  state.handPosition = button;
   return button;
 }
 
-void RBT_PollingTimer(PositionState& state, int rbtIndex) { state.timerMode[0] = rbtIndex == 1 ? 2 : 0; }
+void ChooseKeyboardMode(PositionState& state, int modeButton) { state.timerMode[0] = modeButton == 1 ? 2 : 0; }
 
 void PanicSweep(const TuningTables& tuning, const SoundPorts& ports) {
   for (int i = 1; i <= 127; ++i)

@@ -36,21 +36,21 @@ using KeyFlags = std::array<bool, kFlagCount>;
 bool PollingPass(const KeyState& keys, KeyFlags& flag, int position, const TuningTables& tuning,
                  const SoundPorts& ports);
 
-// The hand position and its three polling timers (TM00, TM01, TM02; mode 0 off, 2
+// The hand position and the polling timers of the three positions (mode 0 off, 2
 // repeating). Exactly one position timer runs after a change of position.
 struct PositionState {
-  int pFlag = 0;
+  int handPosition = 0;
   std::array<int, 3> timerMode{2, 0, 0};
 };
 
 // The position selector. While the score is busy the position holds and the radio
 // button of the present position is shown selected again. Returns the button to show
 // selected.
-int PO_Action(PositionState& state, int button, const Modes& modes);
+int ChoosePosition(PositionState& state, int button, const Modes& modes);
 
 // The edit/play radio buttons start and stop only the first position's timer, so in
 // 3rd or 5th position the keyboard stays live in edit mode.
-void RBT_PollingTimer(PositionState& state, int rbtIndex);
+void ChooseKeyboardMode(PositionState& state, int modeButton);
 
 // Return is the panic key: every pitch ends on all seven players, and the clean
 // violin is painted over the fingerboard. Key flags are left alone, so a key still

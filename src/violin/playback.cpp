@@ -1,13 +1,12 @@
 #include "violin/playback.h"
 
+#include "violin/fingerboard.h"
 #include "violin/key_push.h"
 
 namespace lirenza {
 
 namespace {
 
-constexpr int kFollowPageColumn = 984;  // a note this far right is off the visible staff
-constexpr int kFollowPageStep = 840;
 constexpr int kSweepLow = 21;           // Stop silences the whole piano range
 constexpr int kSweepHigh = 108;
 
@@ -15,15 +14,15 @@ int Index(PlayTimer t) { return static_cast<int>(t); }
 
 void Run(PlaybackState& state, PlayTimer t, bool on) { state.running[Index(t)] = on; }
 
-bool IsListTimer(PlayTimer t) { return t == PlayTimer::Ti3 || t == PlayTimer::Ti4 || t == PlayTimer::Ti41; }
+bool IsListTimer(PlayTimer t) { return t == PlayTimer::ListSoundOnly || t == PlayTimer::ListOnFingerboard || t == PlayTimer::ListFollowingStaff; }
 
 // A note the event list points at is gone from the staff. Nothing sensible can be
 // shown for it, so the timers stop where they are and the flags stay until Stop.
 void StopOnMissingNote(PlaybackState& state) {
-  Run(state, PlayTimer::Ti1, false);
-  Run(state, PlayTimer::Ti2, false);
-  Run(state, PlayTimer::Ti3, false);
-  Run(state, PlayTimer::Ti4, false);
+  Run(state, PlayTimer::LoopSoundOnly, false);
+  Run(state, PlayTimer::LoopOnFingerboard, false);
+  Run(state, PlayTimer::ListSoundOnly, false);
+  Run(state, PlayTimer::ListOnFingerboard, false);
 }
 
 void SoundOnly(const PlayEvent& e, const PlaybackEnv& env) {
@@ -38,8 +37,8 @@ bool FollowOnStaff(const PlaybackState& state, int i, bool repaint, const Playba
   const int previous = state.events[i - 1].place;
   Staff& staff = env.staff;
   if (!staff.Exists(e.place) || !staff.Exists(previous)) return false;
-  if (staff.icv[e.place].left >= kFollowPageColumn) SetMSBValue(staff, staff.msbValue + kFollowPageStep);
-  KeyPush(env.sound, env.tuning, env.pFlag, e.pitch, e.velocity);
+  if (staff.icv[e.place].left >= kPageColumn) SetMSBValue(staff, staff.msbValue + kPageStep);
+  PlayAndShow(env.sound, env.tuning, env.handPosition, e.pitch, e.velocity);
   staff.icv[previous].nOnFlag = false;
   if (repaint) env.view.RefreshNote(previous);
   if (e.velocity != 0) {
@@ -62,7 +61,7 @@ void NextScore(PlaybackState& state, bool quiet, const PlaybackEnv& env) {
     env.modes.noteReading = true;
   }
   env.list.SetNotes();
-  PlayNotes(state, env);
+  StartPiece(state, env);
   if (!quiet) {
     env.modes.noteReading = false;
     state.playingLabel = true;
@@ -71,10 +70,10 @@ void NextScore(PlaybackState& state, bool quiet, const PlaybackEnv& env) {
 
 void EndOfPiece(PlaybackState& state, PlayTimer timer, int last, const PlaybackEnv& env) {
   if (IsListTimer(timer)) {
-    NextScore(state, timer == PlayTimer::Ti41, env);
+    NextScore(state, timer == PlayTimer::ListFollowingStaff, env);
     return;
   }
-  if (timer == PlayTimer::Ti21 && last >= 1 && env.staff.Exists(state.events[last].place))
+  if (timer == PlayTimer::LoopFollowingStaff && last >= 1 && env.staff.Exists(state.events[last].place))
     env.view.RefreshNote(state.events[last].place);
   state.noteNo = 1;
   SetMSBValue(env.staff, 0);
@@ -91,10 +90,10 @@ void Stop(PlaybackState& state, PlayStyle style, const PlaybackEnv& env) {
     state.buttonPicture[2] = kTransportPictures[2].up;
     state.playingLabel = false;
     if (style.live) {
-      Run(state, PlayTimer::Ti1, false);
+      Run(state, PlayTimer::LoopSoundOnly, false);
     } else {
-      Run(state, PlayTimer::Ti2, false);
-      Run(state, PlayTimer::Ti21, false);
+      Run(state, PlayTimer::LoopOnFingerboard, false);
+      Run(state, PlayTimer::LoopFollowingStaff, false);
       // A note removed while playing has no highlight to clear; Stop goes on, so that
       // nothing is left sounding.
       const int place = i >= 0 && i < static_cast<int>(state.events.size()) ? state.events[i].place : -1;
@@ -110,14 +109,14 @@ void Stop(PlaybackState& state, PlayStyle style, const PlaybackEnv& env) {
     state.buttonPicture[1] = kTransportPictures[1].down;
     state.playingLabel = false;
     if (style.live) {
-      Run(state, PlayTimer::Ti3, false);
+      Run(state, PlayTimer::ListSoundOnly, false);
     } else {
-      Run(state, PlayTimer::Ti4, false);
-      Run(state, PlayTimer::Ti41, false);
+      Run(state, PlayTimer::ListOnFingerboard, false);
+      Run(state, PlayTimer::ListFollowingStaff, false);
     }
   }
   // Whatever still sounds on the score's player ends, and the fingerboard is cleared.
-  for (int n = kSweepLow; n <= kSweepHigh; ++n) KeyPush(env.sound, env.tuning, env.pFlag, n, 0);
+  for (int n = kSweepLow; n <= kSweepHigh; ++n) PlayAndShow(env.sound, env.tuning, env.handPosition, n, 0);
   const int before = i - 1;
   if (before >= 0 && before < static_cast<int>(state.events.size()) &&
       env.staff.Exists(state.events[before].place)) {
@@ -151,13 +150,13 @@ bool PlaybackState::AnyRunning() const {
 }
 
 PlayTimer TimerFor(bool list, PlayStyle style) {
-  if (style.live) return list ? PlayTimer::Ti3 : PlayTimer::Ti1;
-  if (style.playMode) return list ? PlayTimer::Ti4 : PlayTimer::Ti2;
-  return list ? PlayTimer::Ti41 : PlayTimer::Ti21;
+  if (style.live) return list ? PlayTimer::ListSoundOnly : PlayTimer::LoopSoundOnly;
+  if (style.playMode) return list ? PlayTimer::ListOnFingerboard : PlayTimer::LoopOnFingerboard;
+  return list ? PlayTimer::ListFollowingStaff : PlayTimer::LoopFollowingStaff;
 }
 
-void PlayNotes(PlaybackState& state, const PlaybackEnv& env) {
-  state.events = BuildEventList(env.staff.icv, env.d, env.tGT);
+void StartPiece(PlaybackState& state, const PlaybackEnv& env) {
+  state.events = BuildEventList(env.staff.icv, env.d, env.soundingShare);
   state.startT = env.clock.Microseconds();
   state.noteNo = 1;
   state.noteCount = static_cast<int>(state.events.size()) - 1;
@@ -171,17 +170,17 @@ bool PlaybackTick(PlaybackState& state, PlayTimer timer, const PlaybackEnv& env)
     const PlayEvent& e = state.events[i];
     if (e.time * env.d > env.clock.Microseconds() - state.startT) return false;
     switch (timer) {
-      case PlayTimer::Ti1:
-      case PlayTimer::Ti3:
+      case PlayTimer::LoopSoundOnly:
+      case PlayTimer::ListSoundOnly:
         SoundOnly(e, env);
         break;
-      case PlayTimer::Ti2:
-      case PlayTimer::Ti4:
-        KeyPush(env.sound, env.tuning, env.pFlag, e.pitch, e.velocity);
+      case PlayTimer::LoopOnFingerboard:
+      case PlayTimer::ListOnFingerboard:
+        PlayAndShow(env.sound, env.tuning, env.handPosition, e.pitch, e.velocity);
         break;
-      case PlayTimer::Ti21:
-      case PlayTimer::Ti41:
-        if (!FollowOnStaff(state, i, timer == PlayTimer::Ti21, env)) {
+      case PlayTimer::LoopFollowingStaff:
+      case PlayTimer::ListFollowingStaff:
+        if (!FollowOnStaff(state, i, timer == PlayTimer::LoopFollowingStaff, env)) {
           // This timer would meet the same gap at every tick: it stops too.
           StopOnMissingNote(state);
           Run(state, timer, false);
@@ -193,7 +192,7 @@ bool PlaybackTick(PlaybackState& state, PlayTimer timer, const PlaybackEnv& env)
     carried = true;
   }
   if (state.noteNo > state.noteCount) EndOfPiece(state, timer, carried ? i : 0, env);
-  if (timer == PlayTimer::Ti21) env.view.RefreshStaff();
+  if (timer == PlayTimer::LoopFollowingStaff) env.view.RefreshStaff();
   return carried;
 }
 
@@ -204,18 +203,19 @@ double MicrosecondsUntilDue(const PlaybackState& state, const PlaybackEnv& env) 
   return wait > 0 ? wait : 0;
 }
 
-bool PlayCV_MouseDown(PlaybackState& state, int index, PlayStyle style, const PlaybackEnv& env) {
+bool TransportMouseDown(PlaybackState& state, int index, PlayStyle style, const PlaybackEnv& env) {
   Modes& modes = env.modes;
   if (modes.noteReading) return false;
   switch (index) {
     case 0:
-      if (!env.staff.Exists(1) || modes.playflag || !env.staff.noteChanged) return false;
+      // Whatever notes the staff holds are played, however they came there.
+      if (!env.staff.Exists(1) || modes.playflag) return false;
       state.listEnabled = false;
       SetMSBValue(env.staff, 0);
       modes.playflag = true;
       state.playingLabel = true;
       state.buttonPicture[0] = kTransportPictures[0].down;
-      PlayNotes(state, env);
+      StartPiece(state, env);
       Run(state, TimerFor(false, style), true);
       return true;
     case 2:
@@ -226,7 +226,7 @@ bool PlayCV_MouseDown(PlaybackState& state, int index, PlayStyle style, const Pl
       state.buttonPicture[2] = kTransportPictures[2].down;
       modes.noteReading = true;
       env.list.SetNotes();
-      PlayNotes(state, env);
+      StartPiece(state, env);
       modes.noteReading = false;
       state.playingLabel = true;
       Run(state, TimerFor(true, style), true);
@@ -239,15 +239,15 @@ bool PlayCV_MouseDown(PlaybackState& state, int index, PlayStyle style, const Pl
   }
 }
 
-void PlayCV_MouseUp(PlaybackState& state, int index) {
+void TransportMouseUp(PlaybackState& state, int index) {
   if (index >= 0 && index < kTransportButtons) state.buttonPicture[index] = kTransportPictures[index].up;
 }
 
-void PlayCV_MouseEnter(PlaybackState& state, int index) {
+void TransportMouseEnter(PlaybackState& state, int index) {
   if (index >= 0 && index < kTransportButtons) state.buttonPicture[index] = kTransportPictures[index].down;
 }
 
-void PlayCV_MouseExit(PlaybackState& state, int index, const Modes& modes) {
+void TransportMouseExit(PlaybackState& state, int index, const Modes& modes) {
   if (index < 0 || index >= kTransportButtons) return;
   if ((index == 0 && modes.playflag) || (index == 2 && modes.repeatflag)) return;
   state.buttonPicture[index] = kTransportPictures[index].up;

@@ -18,7 +18,7 @@ namespace lirenza {
 // The six playback timers: what is played (this score over and over, or the score
 // list in turn) times how it is shown (sound only; sound and fingerboard; and also
 // following the notes on the staff).
-enum class PlayTimer { Ti1, Ti2, Ti21, Ti3, Ti4, Ti41 };
+enum class PlayTimer { LoopSoundOnly, LoopOnFingerboard, LoopFollowingStaff, ListSoundOnly, ListOnFingerboard, ListFollowingStaff };
 inline constexpr int kPlayTimers = 6;
 
 // The notes on the staff, as playback refreshes them on screen.
@@ -40,15 +40,15 @@ class ScoreList {
   virtual void SetNotes() = 0;
 };
 
-// What playback works on. d and tGT are read where they are used: moving the tempo
+// What playback works on. d and soundingShare are read where they are used: moving the tempo
 // slider mid-piece moves every event still to come.
 struct PlaybackEnv {
   Staff& staff;
   Modes& modes;
   const TuningTables& tuning;
-  const int& pFlag;
+  const int& handPosition;
   const double& d;
-  const double& tGT;
+  const double& soundingShare;
   const Clock& clock;
   SoundPorts sound;
   StaffView& view;
@@ -87,7 +87,7 @@ struct PlaybackState {
 };
 
 // Builds the event list from the staff and starts the clock at the first event.
-void PlayNotes(PlaybackState& state, const PlaybackEnv& env);
+void StartPiece(PlaybackState& state, const PlaybackEnv& env);
 
 // One tick of a running timer. Returns true when it carried out an event.
 bool PlaybackTick(PlaybackState& state, PlayTimer timer, const PlaybackEnv& env);
@@ -98,10 +98,10 @@ double MicrosecondsUntilDue(const PlaybackState& state, const PlaybackEnv& env);
 
 // The transport buttons: 0 Play, 1 Stop, 2 List. Returns whether the press acted (the
 // window then delivers the mouse-up); buttons 3 to 6 are the MIDI ones, not handled here.
-bool PlayCV_MouseDown(PlaybackState& state, int index, PlayStyle style, const PlaybackEnv& env);
-void PlayCV_MouseUp(PlaybackState& state, int index);
-void PlayCV_MouseEnter(PlaybackState& state, int index);
+bool TransportMouseDown(PlaybackState& state, int index, PlayStyle style, const PlaybackEnv& env);
+void TransportMouseUp(PlaybackState& state, int index);
+void TransportMouseEnter(PlaybackState& state, int index);
 // The button that is running keeps its pressed look when the pointer leaves.
-void PlayCV_MouseExit(PlaybackState& state, int index, const Modes& modes);
+void TransportMouseExit(PlaybackState& state, int index, const Modes& modes);
 
 }  // namespace lirenza

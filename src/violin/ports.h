@@ -42,8 +42,8 @@ class Confirm {
 class FingerboardView {
  public:
   virtual ~FingerboardView() = default;
-  virtual void LHandG(int string, int cell) = 0;
-  virtual void LHandGF(int string, int cell) = 0;
+  virtual void ShowFinger(int string, int cell) = 0;
+  virtual void HideFinger(int string, int cell) = 0;
   virtual void ShowCleanViolin() = 0;
 };
 

@@ -29,7 +29,7 @@ bool HasPictures(const QString& folder) {
 
 PictureStore::PictureStore(QString folder) : folder_(std::move(folder)) {}
 
-const QImage& PictureStore::Picture(const QString& name) {
+QImage PictureStore::Picture(const QString& name) {
   auto it = pictures_.find(name);
   if (it != pictures_.end()) return it.value();
   QString path = QDir(folder_).filePath(name + QStringLiteral(".png"));
@@ -45,7 +45,8 @@ const QImage& PictureStore::Picture(const QString& name) {
     image = size.isEmpty() ? QImage() : QImage(size, QImage::Format_ARGB32_Premultiplied);
     if (!image.isNull()) image.fill(Qt::transparent);
   }
-  return pictures_.insert(name, image).value();
+  pictures_.insert(name, image);
+  return image;
 }
 
 QString PictureStore::DefaultFolder() {

@@ -15,9 +15,10 @@ class PictureStore {
   // Pictures are read from folder; see DefaultFolder for the usual one.
   explicit PictureStore(QString folder);
 
-  // The picture of that name, without ".png". The reference stays valid for the
-  // store's life.
-  const QImage& Picture(const QString& name);
+  // The picture of that name, without ".png". QImage is implicitly shared, so the
+  // copy handed out costs no pixels and stays valid however many pictures are
+  // loaded after it; every copy of one name shares the pixels read the first time.
+  QImage Picture(const QString& name);
   bool IsLoaded(const QString& name) const { return pictures_.contains(name); }
 
   // One sentence per file that could not be read, in the order they were asked for.

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "editor/bar_operations.h"
-#include "fakes.h"
+#include "violin/fakes.h"
 
 using namespace lirenza;
 using namespace lirenza::testing;
@@ -133,13 +133,13 @@ TEST(BarOperations, DoubleWritesTheScoreOutTwiceUpTo36Bars) {
   }
 }
 
-TEST(BarOperations, MenusDeleteAllOnTwoRoadsAndTheBusyGuard) {
+TEST(BarOperations, MenusDeleteAllOnTwoRoads) {
   FakeConfirm confirm;
   Staff s = Bars(3);
   s.title = "曲";
   s.keyN = 4;
   s.noteChanged = false;
-  EXPECT_EQ(MCV_ContextualMenuAction(s, "6:全音符を削除", 20, 78, confirm), BarMenuOutcome::Done);
+  EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::DeleteAll, 20, 78, confirm), BarMenuOutcome::Done);
   EXPECT_TRUE(confirm.asked.empty()) << "an unchanged score is cleared without asking";
   EXPECT_EQ(s.NoteCount(), 0);
   EXPECT_EQ(s.keyN, 4);
@@ -147,35 +147,51 @@ TEST(BarOperations, MenusDeleteAllOnTwoRoadsAndTheBusyGuard) {
   s = Bars(3);
   s.noteChanged = true;
   confirm.answer = false;
-  MCV_ContextualMenuAction(s, "6:全音符を削除", 20, 78, confirm);
+  ChooseFromStaffMenu(s, BarOperation::DeleteAll, 20, 78, confirm);
   EXPECT_EQ(confirm.asked, (std::vector<std::string>{"楽譜の音符を全部削除しますか？"}));
   EXPECT_EQ(s.NoteCount(), 3) << "cancel changes nothing";
 
   confirm.answer = true;
   s.title = "曲";
   s.keyN = 4;
-  EditBar_Action(s, Modes{}, 6, confirm);
+  ChooseFromBarMenu(s, Modes{}, BarOperation::DeleteAll, confirm);
   EXPECT_EQ(confirm.asked.size(), 2u) << "the menu road always asks";
   EXPECT_EQ(s.NoteCount(), 0);
   EXPECT_EQ(s.title, "");
   EXPECT_EQ(s.keyN, 0);
 
   s = Bars(3);
-  Modes busy;
-  busy.repeatflag = true;
-  EXPECT_EQ(EditBar_Action(s, busy, 0, confirm), BarMenuOutcome::Ignored);
-  EXPECT_EQ(s.NoteCount(), 3);
-  // The context road has no busy guard and places the entry column at the mouse.
+  // The staff's menu has no busy guard and places the entry column at the mouse.
   s.preCord[0] = 0;
-  EXPECT_EQ(MCV_ContextualMenuAction(s, "0:小節カット", 44, 78, confirm), BarMenuOutcome::Done);
+  EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::Cut, 44, 78, confirm), BarMenuOutcome::Done);
   EXPECT_EQ(s.NoteCount(), 2);
   EXPECT_EQ(s.preNote[0], 160);
-  EXPECT_EQ(MCV_ContextualMenuAction(s, "7:楽譜を開く", 0, 0, confirm), BarMenuOutcome::OpenFile);
-  EXPECT_EQ(MCV_ContextualMenuAction(s, "8:楽譜を保存", 0, 0, confirm), BarMenuOutcome::SaveFile);
-  EXPECT_EQ(MCV_ContextualMenuAction(s, "(編集)", 0, 0, confirm), BarMenuOutcome::Ignored);
+  EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::OpenScore, 0, 0, confirm), BarMenuOutcome::OpenFile);
+  EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::SaveScore, 0, 0, confirm), BarMenuOutcome::SaveFile);
+  EXPECT_EQ(ChooseFromBarMenu(s, Modes{}, BarOperation::OpenScore, confirm), BarMenuOutcome::Ignored)
+      << "the bar menu has no file items";
   s.preCord[0] = 1;
-  EXPECT_EQ(MCV_ContextualMenuAction(s, "1:小節コピー", 0, 0, confirm), BarMenuOutcome::Done);
+  EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::Copy, 0, 0, confirm), BarMenuOutcome::Done);
   EXPECT_EQ(s.preCord[1], 1);
-  EXPECT_EQ(kStaffMenuTexts[5], "3:小節クリア");
-  EXPECT_EQ(kEditBarTexts[3], "小節クリアー");
+}
+
+// Both menus name each operation the same way: the staff menu's caption, without its
+// number, starts like the bar menu's, and the numbers count the operations in order.
+TEST(BarOperations, BothMenusCaptionTheSameOperation) {
+  int shown = 0;
+  for (const StaffMenuRow& row : kStaffMenuRows) {
+    if (!row.isOperation) continue;
+    const int number = static_cast<int>(row.operation);
+    EXPECT_EQ(number, shown++);
+    const std::string caption(row.caption);
+    EXPECT_EQ(caption.substr(0, caption.find(':')), std::to_string(number));
+    const std::string_view barCaption = BarMenuCaption(row.operation);
+    if (number < kBarMenuOperations) {
+      const std::string name = caption.substr(caption.find(':') + 1);
+      EXPECT_EQ(std::string(barCaption).rfind(name, 0), 0u) << caption << " / " << barCaption;
+    } else {
+      EXPECT_TRUE(barCaption.empty());
+    }
+  }
+  EXPECT_EQ(shown, 9);
 }

@@ -30,7 +30,7 @@ TEST(KeyMenu, CToGAndBackMovesLinesAndRetunes) {
   Staff s = Melody();
   TuningTables tuning;
   PureScale(tuning, 0);
-  KCV_ContextualMenuAction(s, tuning, "1:#");
+  ASSERT_TRUE(ChooseKey(s, tuning, Modes{}, 1));
   EXPECT_EQ(s.keyN, 1);
   EXPECT_EQ(s.kcvPicture, "S1");
   EXPECT_EQ(tuning.keyName, "ト長調(G)/ホ短調(E)");
@@ -46,7 +46,7 @@ TEST(KeyMenu, CToGAndBackMovesLinesAndRetunes) {
     EXPECT_EQ(s.icv[i + 1].note, up[i].token);
   }
   EXPECT_EQ(s.icv[4].top, 111) << "rests stay";
-  KCV_ContextualMenuAction(s, tuning, "0:ハ長調");
+  ASSERT_TRUE(ChooseKey(s, tuning, Modes{}, 0));
   EXPECT_EQ(s.icv[1].note, "C498");
   EXPECT_EQ(s.icv[2].note, "F498");
   EXPECT_EQ(s.icv[3].note, "B498");
@@ -54,30 +54,48 @@ TEST(KeyMenu, CToGAndBackMovesLinesAndRetunes) {
   EXPECT_EQ(tuning.p[60], 15400);
 }
 
-TEST(KeyMenu, StepsBetweenKeysOctavesAndOtherTexts) {
+TEST(KeyMenu, StepsBetweenKeysAndOctaves) {
   struct Case {
     int fromKey;
-    const char* item;
+    int item;
     int topDelta;
   } cases[] = {
-      {0, "8:b", 12},        // C to F: down 4 lines
-      {1, "8:b", 24},        // G to F: down 8 lines
-      {3, "3:###", 0},       // the key already set moves nothing
-      {5, "15:オクターブ上", -21},
-      {5, "16:オクターブ下", 21},
-      {2, "(調号の選択)", 0},
-      {2, "-", 0},
+      {0, 8, 12},   // C to F: down 4 lines
+      {1, 8, 24},   // G to F: down 8 lines
+      {3, 3, 0},    // the key already set moves nothing
+      {5, kOctaveUpItem, -21},
+      {5, kOctaveDownItem, 21},
   };
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.item);
+    SCOPED_TRACE(KeyMenuCaption(c.item));
     Staff s = Melody();
     s.keyN = c.fromKey;
     TuningTables tuning;
     const int before = s.icv[1].top;
-    KCV_ContextualMenuAction(s, tuning, c.item);
+    ASSERT_TRUE(ChooseKey(s, tuning, Modes{}, c.item));
     EXPECT_EQ(s.icv[1].top - before, c.topDelta);
     EXPECT_GT(tuning.p[69], 0) << "retuned after every choice";
   }
+}
+
+// A sharp key's caption shows as many sharps as the key number, a flat key's as many
+// flats as its number less 7, and every key item moves the staff to that key.
+TEST(KeyMenu, CaptionsNameTheKeyTheItemSets) {
+  for (int k = 0; k < kKeyCount; ++k) {
+    SCOPED_TRACE(k);
+    const std::string_view caption = KeyMenuCaption(k);
+    const std::string_view signs = caption.substr(caption.find(':') + 1);
+    if (k >= 1 && k <= 7) EXPECT_EQ(signs, std::string(k, '#'));
+    if (k >= 8) EXPECT_EQ(signs, std::string(k - 7, 'b'));
+    Staff s = Melody();
+    TuningTables tuning;
+    ASSERT_TRUE(ChooseKey(s, tuning, Modes{}, k));
+    EXPECT_EQ(s.keyN, k);
+    EXPECT_EQ(s.kcvPicture, KeySignaturePicture(k));
+  }
+  Staff s = Melody();
+  TuningTables tuning;
+  EXPECT_FALSE(ChooseKey(s, tuning, Modes{}, kKeyMenuItemCount)) << "no such item";
 }
 
 TEST(MoveNotes, ClampsAtTheEndsAndKeepsWrittenSigns) {
@@ -85,36 +103,39 @@ TEST(MoveNotes, ClampsAtTheEndsAndKeepsWrittenSigns) {
   s.icv[2].sib = 3;  // F natural with its own sign
   s.icv[2].sf = -1;
   TuningTables tuning;
-  KCV_ContextualMenuAction(s, tuning, "15:オクターブ上");
-  KCV_ContextualMenuAction(s, tuning, "15:オクターブ上");
+  ChooseKey(s, tuning, Modes{}, kOctaveUpItem);
+  ChooseKey(s, tuning, Modes{}, kOctaveUpItem);
   EXPECT_EQ(s.icv[1].top, 78);
   EXPECT_EQ(s.icv[3].top, 60);
-  KCV_ContextualMenuAction(s, tuning, "15:オクターブ上");
+  ChooseKey(s, tuning, Modes{}, kOctaveUpItem);
   EXPECT_EQ(s.icv[3].top, 54) << "held at the top end";
   EXPECT_EQ(s.icv[3].backdrop, "u8");
   EXPECT_TRUE(s.icv[3].position);
   EXPECT_EQ(s.icv[2].sf, -1) << "written signs are not touched";
   EXPECT_EQ(s.icv[2].noteNo, s.icv[2].nline - 1);
-  for (int i = 0; i < 5; ++i) KCV_ContextualMenuAction(s, tuning, "16:オクターブ下");
+  for (int i = 0; i < 5; ++i) ChooseKey(s, tuning, Modes{}, kOctaveDownItem);
   EXPECT_EQ(s.icv[1].top, 159) << "held at the bottom end, one line above entry's";
   EXPECT_EQ(s.icv[1].nline, 38);
   EXPECT_EQ(s.icv[1].backdrop, "u8") << "low notes wear the u family here";
 }
 
+// A time item changes the pictures to the metre its caption names and moves no note.
 TEST(TimeMenu, PicturesOnly) {
-  const char* tcv[] = {"T4", "T7", "T3", "T2", "T1", "T9", "T5", "T6", "T8"};
-  const char* sheet[] = {"Sheet1", "Sheet2", "Sheet2", "Sheet1", "Sheet1", "Sheet2", "Sheet1", "Sheet2", "Sheet2"};
-  for (int t = 0; t < 9; ++t) {
+  for (int t = 0; t < kTimeCount; ++t) {
+    const std::string caption(TimeMenuCaption(t));
+    SCOPED_TRACE(caption);
     Staff s = Melody();
     const auto before = s.icv;
-    TCV_ContextualMenuAction(s, std::string(kTimeMenuItems[t]));
+    ASSERT_TRUE(ChooseTime(s, Modes{}, t));
     EXPECT_EQ(s.timeN, t);
-    EXPECT_EQ(s.tcvPicture, tcv[t]);
-    EXPECT_EQ(s.mcvBackdrop, sheet[t]);
+    EXPECT_EQ(s.tcvPicture, TimeSignaturePicture(t));
+    const int upper = std::stoi(caption.substr(caption.find(':') + 1));
+    const bool triple = upper % 3 == 0;
+    EXPECT_EQ(s.mcvBackdrop, triple ? "Sheet2" : "Sheet1") << "triple and compound metres get the other sheet";
     EXPECT_EQ(s.icv, before) << "no note moves, no token changes";
   }
   Staff s;
   s.timeN = 3;
-  TCV_ContextualMenuAction(s, "(拍子の選択)");
+  EXPECT_FALSE(ChooseTime(s, Modes{}, kTimeCount));
   EXPECT_EQ(s.timeN, 3);
 }

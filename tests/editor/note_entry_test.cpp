@@ -10,9 +10,9 @@ namespace {
 // A double click at window-canvas x, y: two presses five ticks apart.
 bool DoubleClick(Staff& s, EntryState& e, long long& ticks, int x, int y) {
   ticks += 100;
-  MCV_MouseDown(s, e, Modes{}, Modifiers{}, ticks, x, y);
+  EnterNoteAt(s, e, Modes{}, Modifiers{}, ticks, x, y);
   ticks += 5;
-  return MCV_MouseDown(s, e, Modes{}, Modifiers{}, ticks, x, y);
+  return EnterNoteAt(s, e, Modes{}, Modifiers{}, ticks, x, y);
 }
 }  // namespace
 
@@ -52,18 +52,18 @@ TEST(NoteEntry, AMelodyByDoubleClicksGetsGridPlacesTokensAndPictures) {
 TEST(NoteEntry, DoubleClickWindowGuardsAndBarSelection) {
   Staff s;
   EntryState e;
-  EXPECT_FALSE(MCV_MouseDown(s, e, {}, {}, 1000, 300, 78));
+  EXPECT_FALSE(EnterNoteAt(s, e, {}, {}, 1000, 300, 78));
   EXPECT_EQ(s.preCord[0], 2);
-  EXPECT_TRUE(MCV_MouseDown(s, e, {}, {}, 1029, 300, 78)) << "29 ticks is a double click";
-  EXPECT_TRUE(MCV_MouseDown(s, e, {}, {}, 1029, 340, 78)) << "dCT stays: every click within the window makes a note";
-  EXPECT_FALSE(MCV_MouseDown(s, e, {}, {}, 1030, 380, 78)) << "30 ticks is not";
+  EXPECT_TRUE(EnterNoteAt(s, e, {}, {}, 1029, 300, 78)) << "29 ticks is a double click";
+  EXPECT_TRUE(EnterNoteAt(s, e, {}, {}, 1029, 340, 78)) << "lastClickTicks stays: every click within the window makes a note";
+  EXPECT_FALSE(EnterNoteAt(s, e, {}, {}, 1030, 380, 78)) << "30 ticks is not";
   EXPECT_EQ(s.NoteCount(), 2);
   Modes busy;
   busy.playflag = true;
-  EXPECT_FALSE(MCV_MouseDown(s, e, busy, {}, 1031, 20, 78));
+  EXPECT_FALSE(EnterNoteAt(s, e, busy, {}, 1031, 20, 78));
   Modifiers shift;
   shift.shift = true;
-  EXPECT_FALSE(MCV_MouseDown(s, e, {}, shift, 1032, 20, 78));
+  EXPECT_FALSE(EnterNoteAt(s, e, {}, shift, 1032, 20, 78));
   EXPECT_EQ(s.NoteCount(), 2);
   EXPECT_EQ(s.preCord[0], 2) << "guarded presses change nothing";
 }
@@ -104,7 +104,7 @@ TEST(NoteEntry, EdgesOfTheStaffAndClashes) {
 TEST(NoteEntry, RestsTakeTheirRowsAndDropEighteen) {
   Staff s;
   EntryState e;
-  NBB_Action(s, e, {}, 20);  // crotchet rest
+  ChooseLength(s, e, {}, 20);  // crotchet rest
   long long t = 0;
   DoubleClick(s, e, t, 20, 60);
   DoubleClick(s, e, t, 20, 60);
@@ -128,7 +128,7 @@ TEST(NoteEntry, ButtonsSetDigitsSpacingAndGate) {
   for (const auto& c : cases) {
     Staff s;
     EntryState e;
-    NBB_Action(s, e, {}, c.nbb);
+    ChooseLength(s, e, {}, c.nbb);
     EXPECT_EQ(s.noteSpace, c.space) << c.nbb;
     long long t = 0;
     DoubleClick(s, e, t, 20, 78);
@@ -139,22 +139,22 @@ TEST(NoteEntry, ButtonsSetDigitsSpacingAndGate) {
   EntryState e;
   Modes busy;
   busy.noteReading = true;
-  NBB_Action(s, e, busy, 8);
-  EXPECT_EQ(e.preNBB, 4) << "refused while busy";
+  ChooseLength(s, e, busy, 8);
+  EXPECT_EQ(e.lengthButton, 4) << "refused while busy";
   const char* digits[] = {"3", "5", "7", "8", "9", "A", "B", "D", "F"};
   for (int v = 0; v < 9; ++v) {
-    VBB_Action(e, v);
-    EXPECT_EQ(VelocityDigitFor(e.preVBB), digits[v]);
+    ChooseLoudness(e, v);
+    EXPECT_EQ(VelocityDigitFor(e.loudnessButton), digits[v]);
   }
-  VBB_Action(e, 8);
-  EXPECT_EQ(e.preVBB, 8) << "pressing the pressed button keeps it";
-  RBN_Action(e, 0);
-  EXPECT_EQ(e.tGT, 0.75);
-  RBN_Action(e, 1);
-  EXPECT_EQ(e.tGT, 0.85);
+  ChooseLoudness(e, 8);
+  EXPECT_EQ(e.loudnessButton, 8) << "pressing the pressed button keeps it";
+  ChooseArticulation(e, 0);
+  EXPECT_EQ(e.soundingShare, 0.75);
+  ChooseArticulation(e, 1);
+  EXPECT_EQ(e.soundingShare, 0.85);
 }
 
-TEST(InScore, TheFingerboardKeepsThePitchPlayedAndTheSignatureWins) {
+TEST(EnterPlayedNote, TheFingerboardKeepsThePitchPlayedAndTheSignatureWins) {
   struct Case {
     int keyN, pitch, accidental;
     int nline, sf, sib, ks, noteNo, top;
@@ -173,7 +173,7 @@ TEST(InScore, TheFingerboardKeepsThePitchPlayedAndTheSignatureWins) {
     Staff s;
     s.keyN = c.keyN;
     EntryState e;
-    InScore(s, e, c.pitch, c.accidental);
+    EnterPlayedNote(s, e, c.pitch, c.accidental);
     const NoteCV& n = s.icv[1];
     EXPECT_EQ(n.nline, c.nline);
     EXPECT_EQ(n.sf, c.sf);
@@ -187,13 +187,13 @@ TEST(InScore, TheFingerboardKeepsThePitchPlayedAndTheSignatureWins) {
   // With an eighth-note button the fingerboard still steps 32, the mouse 16.
   Staff s;
   EntryState e;
-  NBB_Action(s, e, {}, 8);
-  InScore(s, e, 60, 0);
-  InScore(s, e, 62, 0);
+  ChooseLength(s, e, {}, 8);
+  EnterPlayedNote(s, e, 60, 0);
+  EnterPlayedNote(s, e, 62, 0);
   EXPECT_EQ(s.icv[2].left - s.icv[1].left, 32);
   // A rest from the fingerboard keeps the pitch as its line and steps by noteSpace.
-  NBB_Action(s, e, {}, 24);
-  InScore(s, e, 67, 0);
+  ChooseLength(s, e, {}, 24);
+  EnterPlayedNote(s, e, 67, 0);
   EXPECT_EQ(s.icv[3].nline, 67);
   EXPECT_EQ(s.icv[3].top, 111);
   EXPECT_EQ(s.preNote[0], s.icv[3].left + 16);
@@ -202,7 +202,7 @@ TEST(InScore, TheFingerboardKeepsThePitchPlayedAndTheSignatureWins) {
 TEST(NoteEntry, APressAtTheRightEndStartsADoubleClick) {
   Staff s;
   EntryState e;
-  RMCV_MouseDown(e, 500);
-  EXPECT_TRUE(MCV_MouseDown(s, e, {}, {}, 510, 20, 78));
+  PressRightOfStaff(e, 500);
+  EXPECT_TRUE(EnterNoteAt(s, e, {}, {}, 510, 20, 78));
   EXPECT_EQ(s.NoteCount(), 1);
 }

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "editor/note_gestures.h"
-#include "fakes.h"
+#include "violin/fakes.h"
 #include "score/note_tables.h"
 
 using namespace lirenza;
@@ -59,7 +59,7 @@ TEST(NoteDrop, SnapsAndReadsThePitchOfItsNewLine) {
     SCOPED_TRACE(c.name);
     Staff s = OneNote(c.token, c.left, c.top, c.keyN);
     s.icv[1].sib = c.sib;
-    Rig rig;
+    FakeSound rig;
     Drag(s, 1, c.dx, c.dy, 1000, rig.ports, tuning);
     const NoteCV& n = s.icv[1];
     EXPECT_EQ(n.left, c.wantLeft);
@@ -76,7 +76,7 @@ TEST(NoteDrop, SnapsAndReadsThePitchOfItsNewLine) {
 TEST(NoteDrop, OntoAnotherNoteMovesDownAndRestsKeepTheirRows) {
   TuningTables tuning;
   PureScale(tuning, 0);
-  Rig rig;
+  FakeSound rig;
   Staff s = OneNote("C498", 304, 120);
   NoteCV other;
   FillFromToken(other, "E498");
@@ -116,12 +116,12 @@ TEST(NotePress, DoubleClickDeletesBackspaceDeletesTwoNotesAreNoDoubleClick) {
 TEST(NoteHover, HoverDragAndDropLeaveNothingSounding) {
   TuningTables tuning;
   PureScale(tuning, 0);
-  Rig rig;
+  FakeSound rig;
   Staff s = OneNote("C498", 300, 120);
   FakePlayer& np1 = rig.players[1];
 
   // Hover, long press without moving (the sound stops), drag, drop, leave.
-  ICV_MouseEnter(s, 1, rig.ports, tuning, 0);
+  NoteMouseEnter(s, 1, rig.ports, tuning, 0);
   ASSERT_EQ(np1.notes.size(), 1u);
   EXPECT_EQ(np1.notes[0], std::make_pair(static_cast<int>(tuning.p[60]), 75));
   NoteMouseDown(s, 1, 1000, false, 5, 18);
@@ -129,23 +129,23 @@ TEST(NoteHover, HoverDragAndDropLeaveNothingSounding) {
   EXPECT_EQ(np1.notes.back(), std::make_pair(static_cast<int>(tuning.p[60]), 0));
   NoteMouseDrag(s, 1, 1041, 5, 30, rig.ports, tuning);
   NoteMouseUp(s, 1, rig.ports, tuning);
-  ICV_MouseExit(s, 1, rig.ports, tuning, 0);
+  NoteMouseExit(s, 1, rig.ports, tuning, 0);
   EXPECT_TRUE(np1.StillSounding().empty());
   EXPECT_TRUE(rig.players[0].notes.empty()) << "hover plays on the score's player only";
   // The finger was shown and taken away again in first position (C4: G string, cell 5).
-  EXPECT_EQ(rig.view.calls.front(), "G 4/5");
-  EXPECT_EQ(rig.view.calls.back(), "F 4/5");
+  EXPECT_EQ(rig.Fingerboard().front(), "G 4/5");
+  EXPECT_EQ(rig.Fingerboard().back(), "GF 4/5");
 
   // A quick drag and drop after hovering: the drop stops the old pitch, the exit too.
   Staff t = OneNote("E498", 300, 114);
-  Rig rig2;
-  ICV_MouseEnter(t, 1, rig2.ports, tuning, 0);
+  FakeSound rig2;
+  NoteMouseEnter(t, 1, rig2.ports, tuning, 0);
   Drag(t, 1, 0, 30, 2000, rig2.ports, tuning);
-  ICV_MouseExit(t, 1, rig2.ports, tuning, 0);
+  NoteMouseExit(t, 1, rig2.ports, tuning, 0);
   EXPECT_TRUE(rig2.players[1].StillSounding().empty());
   // A rest is silent.
   Staff r = OneNote("0008", 300, 111);
-  Rig rig3;
-  ICV_MouseEnter(r, 1, rig3.ports, tuning, 0);
+  FakeSound rig3;
+  NoteMouseEnter(r, 1, rig3.ports, tuning, 0);
   EXPECT_TRUE(rig3.players[1].notes.empty());
 }

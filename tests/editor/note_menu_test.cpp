@@ -1,8 +1,8 @@
-// The note menu: texts, check marks, and each action in its fixed order.
+// The note menu: check marks, what each item does, and each action in its fixed order.
 #include <gtest/gtest.h>
 
 #include "editor/note_menu.h"
-#include "fakes.h"
+#include "violin/fakes.h"
 #include "score/note_tables.h"
 
 using namespace lirenza;
@@ -22,58 +22,76 @@ std::vector<std::string> Checked(const std::vector<NoteMenu>& menus) {
   std::vector<std::string> out;
   for (const auto& m : menus)
     for (const auto& i : m.items)
-      if (i.checked) out.push_back(i.text);
+      if (i.checked) out.push_back(i.caption);
   return out;
 }
+using Kind = NoteMenuChoice::Kind;
+NoteMenuChoice Loudness(int v) { return {Kind::Loudness, v}; }
+NoteMenuChoice Length(int d) { return {Kind::Length, d}; }
+NoteMenuChoice Sign(int s) { return {Kind::Accidental, s}; }
+const NoteMenuChoice kTurn{Kind::NoteOrRest, 0};
 }  // namespace
 
 TEST(NoteMenu, OpeningStopsTheSoundAndChecksThePresentValues) {
   TuningTables tuning;
   PureScale(tuning, 0);
-  Rig rig;
-  auto menus = NoteConstructContextualMenu(Made("C494"), rig.ports, tuning);
+  FakeSound rig;
+  auto menus = OpenNoteMenu(Made("C494"), rig.ports, tuning);
   ASSERT_EQ(menus.size(), 3u);
-  EXPECT_EQ(menus[0].title, "音量の変更");
-  EXPECT_EQ(menus[1].title, "音長の変更");
-  EXPECT_EQ(menus[2].title, "臨時符号");
-  EXPECT_EQ(menus[0].items.size(), 16u);
-  EXPECT_EQ(menus[1].items.size(), 18u);
-  EXPECT_EQ(menus[1].items[16].text, "-");
-  EXPECT_EQ(menus[1].items[17].text, "音符/休符変換");
-  EXPECT_EQ(menus[0].items[0].text, "0:休符");
-  EXPECT_EQ(menus[0].items[15].text, "F:fff");
-  EXPECT_EQ(menus[1].items[10].text, "A:3連4音符");
-  EXPECT_EQ(menus[2].items[0].text, "0:  ");
   EXPECT_EQ(Checked(menus), (std::vector<std::string>{"9:m", "4:4音符", "0:  "}));
   EXPECT_EQ(rig.players[1].notes, (std::vector<std::pair<int, int>>{{static_cast<int>(tuning.p[60]), 0}}));
-  EXPECT_EQ(Checked(NoteConstructContextualMenu(Made("E4bFb"), rig.ports, tuning)),
+  EXPECT_EQ(Checked(OpenNoteMenu(Made("E4bFb"), rig.ports, tuning)),
             (std::vector<std::string>{"F:fff", "B:16音符", "2:b"}));
+}
+
+// Every item the menu shows does what its caption says to the note it was opened on:
+// the digit before the colon is the loudness, length or sign the note takes.
+TEST(NoteMenu, EachShownItemSetsTheValueItsCaptionNames) {
+  TuningTables tuning;
+  FakeSound rig;
+  const NoteCV start = Made("C494");
+  for (const NoteMenu& menu : OpenNoteMenu(start, rig.ports, tuning)) {
+    for (const NoteMenuItem& item : menu.items) {
+      SCOPED_TRACE(item.caption);
+      EXPECT_EQ(item.caption, NoteMenuCaption(item.choice));
+      NoteCV n = start;
+      ASSERT_TRUE(ChooseFromNoteMenu(n, Modes{}, item.choice));
+      const std::string digit = item.caption.substr(0, 1);
+      switch (item.choice.kind) {
+        case Kind::Loudness: EXPECT_EQ(n.ve, digit); break;
+        case Kind::Length: EXPECT_EQ(n.dr, digit); break;
+        case Kind::Accidental: EXPECT_EQ(n.sib, std::stoi(digit)); break;
+        case Kind::NoteOrRest: EXPECT_TRUE(n.IsRest()); break;
+        case Kind::Separator: EXPECT_EQ(n, start); break;
+      }
+    }
+  }
 }
 
 TEST(NoteMenu, ActionsChangeTheNoteInPlace) {
   struct Case {
     const char* name;
     NoteCV note;
-    const char* item;
+    NoteMenuChoice item;
     int noteNo, sib, sf, top;
     const char* ve;
     const char* dr;
     const char* token;
     const char* picture;
   } cases[] = {
-      {"louder", Made("C494"), "D:ff", 60, 0, 0, 120, "D", "4", "C4D4", "n4"},
-      {"natural under no key", Made("C494"), "3:n", 60, 3, 0, 120, "9", "4", "C494", "n4"},
-      {"sharp on a raised line", Made("F494", 111, 1), "1:#", 67, 1, 1, 111, "9", "4", "G494", "n4"},
-      {"no sign returns to line and key", Made("F4#94", 111, 0), "0:  ", 65, 0, 0, 111, "9", "4", "F494", "n4"},
-      {"length in the n family", Made("C494"), "8:8音符", 60, 0, 0, 120, "9", "8", "C498", "n8"},
-      {"to a rest keeps the pitch name", Made("C494", 120), "0:休符", 60, 0, 0, 142, "0", "4", "C404", "r4"},
-      {"conversion to a rest above the middle", Made("E594", 90), "音符/休符変換", 76, 0, 0, 106, "0", "4", "E504", "r4"},
-      {"unknown text changes nothing", Made("C494"), "(none)", 60, 0, 0, 120, "9", "4", "C494", "n4"},
+      {"louder", Made("C494"), Loudness(13), 60, 0, 0, 120, "D", "4", "C4D4", "n4"},
+      {"natural under no key", Made("C494"), Sign(3), 60, 3, 0, 120, "9", "4", "C494", "n4"},
+      {"sharp on a raised line", Made("F494", 111, 1), Sign(1), 67, 1, 1, 111, "9", "4", "G494", "n4"},
+      {"no sign returns to line and key", Made("F4#94", 111, 0), Sign(0), 65, 0, 0, 111, "9", "4", "F494", "n4"},
+      {"length in the n family", Made("C494"), Length(8), 60, 0, 0, 120, "9", "8", "C498", "n8"},
+      {"to a rest keeps the pitch name", Made("C494", 120), Loudness(0), 60, 0, 0, 142, "0", "4", "C404", "r4"},
+      {"conversion to a rest above the middle", Made("E594", 90), kTurn, 76, 0, 0, 106, "0", "4", "E504", "r4"},
+      {"a separator changes nothing", Made("C494"), {}, 60, 0, 0, 120, "9", "4", "C494", "n4"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     NoteCV n = c.note;
-    NoteContextualMenuAction(n, c.item);
+    EXPECT_TRUE(ChooseFromNoteMenu(n, Modes{}, c.item));
     EXPECT_EQ(n.noteNo, c.noteNo);
     EXPECT_EQ(n.sib, c.sib);
     EXPECT_EQ(n.sf, c.sf);
@@ -87,11 +105,11 @@ TEST(NoteMenu, ActionsChangeTheNoteInPlace) {
 
 TEST(NoteMenu, RestAndBackComesBackAtLoudnessNineWithItsPitch) {
   NoteCV n = Made("G4D4", 108);
-  NoteContextualMenuAction(n, "0:休符");
+  ChooseFromNoteMenu(n, Modes{}, Loudness(0));
   EXPECT_TRUE(n.IsRest());
-  NoteContextualMenuAction(n, "2:2音符");
+  ChooseFromNoteMenu(n, Modes{}, Length(2));
   EXPECT_EQ(n.backdrop, "r2") << "a rest's length item keeps it a rest";
-  NoteContextualMenuAction(n, "音符/休符変換");
+  ChooseFromNoteMenu(n, Modes{}, kTurn);
   EXPECT_EQ(n.ve, "9");
   EXPECT_EQ(n.noteNo, 67);
   EXPECT_EQ(n.note, "G492");
@@ -100,12 +118,12 @@ TEST(NoteMenu, RestAndBackComesBackAtLoudnessNineWithItsPitch) {
   EXPECT_FALSE(n.position);
   // Converted back at a low place: the menu's own thresholds give the u family.
   NoteCV low = Made("C394", 141);
-  NoteContextualMenuAction(low, "0:休符");
+  ChooseFromNoteMenu(low, Modes{}, Loudness(0));
   EXPECT_EQ(low.top, 142);
-  NoteContextualMenuAction(low, "音符/休符変換");
+  ChooseFromNoteMenu(low, Modes{}, kTurn);
   EXPECT_EQ(low.backdrop, "u4");
   EXPECT_TRUE(low.position);
-  NoteContextualMenuAction(low, "8:8音符");
+  ChooseFromNoteMenu(low, Modes{}, Length(8));
   EXPECT_EQ(low.backdrop, "u8") << "a length change follows position";
   // A rest entered on the staff has no pitch: converted, it paints "0094".
   NoteCV rest;
@@ -114,6 +132,6 @@ TEST(NoteMenu, RestAndBackComesBackAtLoudnessNineWithItsPitch) {
   rest.noteNo = 0;
   rest.nline = 0;
   rest.top = 111;
-  NoteContextualMenuAction(rest, "音符/休符変換");
+  ChooseFromNoteMenu(rest, Modes{}, kTurn);
   EXPECT_EQ(rest.note, "0094");
 }

@@ -2,10 +2,13 @@
 // staff and every call the players received, in order.
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "editor/bar_operations.h"
 #include "editor/key_time.h"
 #include "editor/note_entry.h"
-#include "fakes.h"
+#include "editor/note_menu.h"
+#include "violin/fakes.h"
 #include "violin/fingerboard.h"
 #include "violin/playback.h"
 
@@ -14,11 +17,6 @@ using namespace lirenza::testing;
 
 namespace {
 
-struct FakeClock : Clock {
-  double now = 0;
-  long long Ticks() const override { return static_cast<long long>(now / 1e6 * 60); }
-  double Microseconds() const override { return now; }
-};
 struct NoView : StaffView {
   void RefreshNote(int) override {}
   void RefreshStaff() override {}
@@ -35,18 +33,18 @@ struct Walk : ::testing::Test {
   EntryState entry;
   Modes modes;
   TuningTables tuning;
-  Rig rig;
-  MDPoint md{};
+  FakeSound rig;
+  FingerPress md{};
   Walk() { PureScale(tuning, 0); }
   int P(int index) const { return static_cast<int>(tuning.p[index]); }
   // A finger on the drawn violin at canvas x, y, released again.
   void Finger(int x, int y, bool option = false) {
     Modifiers mods;
     mods.option = option;
-    MouseDownResult r = CVG_MouseDown(x, y, mods, modes, staff, md, tuning, rig.ports);
+    MouseDownResult r = FingerboardMouseDown(x, y, mods, modes, staff, md, tuning, rig.ports);
     ASSERT_TRUE(r.handled);
-    InScore(staff, entry, r.index, r.accidental);
-    CVG_MouseUp(md, tuning, rig.ports);
+    EnterPlayedNote(staff, entry, r.index, r.accidental);
+    FingerboardMouseUp(md, tuning, rig.ports);
   }
 };
 
@@ -71,8 +69,8 @@ TEST_F(Walk, AMelodyOnTheFingerboardSoundsEntersAndLeavesNothingSounding) {
                                                  {P(78), 80}, {P(78), 0}, {P(55), 80}, {P(55), 0}};
   EXPECT_EQ(rig.players[0].notes, live);
   EXPECT_TRUE(rig.players[1].notes.empty());
-  EXPECT_EQ(rig.view.calls, (std::vector<std::string>{"G 3/0", "F 3/0", "G 2/1", "F 2/1", "G 1/2", "F 1/2",
-                                                       "G 4/0", "F 4/0"}));
+  EXPECT_EQ(rig.Fingerboard(), (std::vector<std::string>{"G 3/0", "GF 3/0", "G 2/1", "GF 2/1", "G 1/2", "GF 1/2",
+                                                       "G 4/0", "GF 4/0"}));
 }
 
 TEST_F(Walk, TheFingerboardTurnsThePageWhenEntryLeavesTheView) {
@@ -91,35 +89,37 @@ TEST_F(Walk, EnterChangeKeyAndBackThenPlayTheChordWithAFakeClock) {
   long long ticks = 0;
   auto dbl = [&](int x, int y) {
     ticks += 100;
-    MCV_MouseDown(staff, entry, modes, {}, ticks, x, y);
-    MCV_MouseDown(staff, entry, modes, {}, ticks + 3, x, y);
+    EnterNoteAt(staff, entry, modes, {}, ticks, x, y);
+    EnterNoteAt(staff, entry, modes, {}, ticks + 3, x, y);
   };
   // A chord entered by hand (two notes on one column), then a G.
   dbl(20, 78);   // C4 at Left 136
   dbl(20, 72);   // E4 on the same column
-  NBB_Action(staff, entry, modes, 2);
+  ChooseLength(staff, entry, modes, 2);
   dbl(52, 66);   // G4 half note, Left 168
   ASSERT_EQ(staff.NoteCount(), 3);
-  KCV_ContextualMenuAction(staff, tuning, "1:#");
+  ASSERT_TRUE(ChooseKey(staff, tuning, modes, 1));
   EXPECT_EQ(staff.icv[1].note, "G494");
   EXPECT_EQ(staff.icv[2].note, "B494");
   EXPECT_EQ(staff.icv[3].note, "D592");
-  KCV_ContextualMenuAction(staff, tuning, "0:ハ長調");
+  ASSERT_TRUE(ChooseKey(staff, tuning, modes, 0));
   EXPECT_EQ(staff.icv[1].note, "C494");
   EXPECT_EQ(staff.icv[3].note, "G492");
   EXPECT_EQ(tuning.p[60], 15400);
 
   // Play it: C and E together at 480 ms, G when the column's last note (E) ends.
   FakeClock clock;
+  clock.now = 0;
   NoView view;
   NoList list;
-  int pFlag = 0;
+  int handPosition = 0;
   double d = 1.0;
-  const double gate = entry.tGT;
-  PlaybackEnv env{staff, modes, tuning, pFlag, d, gate, clock, rig.ports, view, list};
+  const double gate = entry.soundingShare;
+  PlaybackEnv env{staff, modes, tuning, handPosition, d, gate, clock, rig.ports, view, list};
   PlaybackState state;
-  staff.noteChanged = true;
-  ASSERT_TRUE(PlayCV_MouseDown(state, 0, PlayStyle{false, true}, env));
+  // Entered notes are played as they stand, saved or not.
+  staff.noteChanged = false;
+  ASSERT_TRUE(TransportMouseDown(state, 0, PlayStyle{false, true}, env));
   const PlayTimer timer = TimerFor(false, PlayStyle{false, true});
   std::vector<std::pair<double, std::pair<int, int>>> heard;
   for (clock.now = 0; clock.now < 2000000; clock.now += 1000) {
@@ -132,7 +132,52 @@ TEST_F(Walk, EnterChangeKeyAndBackThenPlayTheChordWithAFakeClock) {
       {937000, {P(64), 0}},  {960000, {P(67), 75}}, {1872000, {P(67), 0}}};
   // One event a tick: the chord's second note follows one tick (1 ms) later.
   EXPECT_EQ(std::vector(heard.begin(), heard.begin() + 6), expected);
-  ASSERT_TRUE(PlayCV_MouseDown(state, 1, PlayStyle{false, true}, env));
+  ASSERT_TRUE(TransportMouseDown(state, 1, PlayStyle{false, true}, env));
   EXPECT_FALSE(modes.playflag);
   EXPECT_TRUE(rig.players[1].StillSounding().empty());
+}
+
+// While a score is read or played, nothing the user does to the score changes it: each
+// operation refuses under each of the three busy flags, and the staff is as it was.
+TEST_F(Walk, EveryScoreChangeIsRefusedWhileBusy) {
+  EnterNoteAt(staff, entry, modes, {}, 100, 20, 78);
+  ASSERT_TRUE(EnterNoteAt(staff, entry, modes, {}, 101, 20, 78));
+  FakeConfirm confirm;
+  struct Operation {
+    const char* name;
+    std::function<bool(Walk&, const Modes&)> run;  // true when it acted
+  } operations[] = {
+      {"enter a note", [](Walk& w, const Modes& m) { return EnterNoteAt(w.staff, w.entry, m, {}, 102, 52, 78); }},
+      {"choose a length",
+       [](Walk& w, const Modes& m) {
+         ChooseLength(w.staff, w.entry, m, 8);
+         return w.entry.lengthButton == 8;
+       }},
+      {"note menu", [](Walk& w, const Modes& m) { return ChooseFromNoteMenu(w.staff.icv[1], m, {NoteMenuChoice::Kind::Length, 2}); }},
+      {"key menu", [](Walk& w, const Modes& m) { return ChooseKey(w.staff, w.tuning, m, 3); }},
+      {"octave", [](Walk& w, const Modes& m) { return ChooseKey(w.staff, w.tuning, m, kOctaveUpItem); }},
+      {"time menu", [](Walk& w, const Modes& m) { return ChooseTime(w.staff, m, 2); }},
+      {"bar menu", [&confirm](Walk& w, const Modes& m) {
+         return ChooseFromBarMenu(w.staff, m, BarOperation::Insert, confirm) == BarMenuOutcome::Done;
+       }},
+  };
+  for (bool Modes::*flag : {&Modes::noteReading, &Modes::playflag, &Modes::repeatflag}) {
+    Modes busy;
+    busy.*flag = true;
+    for (const auto& op : operations) {
+      SCOPED_TRACE(op.name);
+      const Staff before = staff;
+      const EntryState entryBefore = entry;
+      EXPECT_FALSE(op.run(*this, busy));
+      EXPECT_EQ(staff.icv, before.icv);
+      EXPECT_EQ(staff.keyN, before.keyN);
+      EXPECT_EQ(staff.timeN, before.timeN);
+      EXPECT_EQ(entry.lengthButton, entryBefore.lengthButton);
+    }
+  }
+  // The same operations act when nothing is read or played.
+  for (const auto& op : operations) {
+    SCOPED_TRACE(op.name);
+    EXPECT_TRUE(op.run(*this, Modes{}));
+  }
 }

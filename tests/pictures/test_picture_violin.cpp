@@ -14,19 +14,19 @@ namespace {
 
 // The pictures are drawn by the same geometry the window will draw notes by.
 QRect Rect(const lirenza::Rect& r) { return QRect(r.x, r.y, r.width, r.height); }
-int StringRow(int string) { return lirenza::LHandGeometry(string, 0).string.y; }
-int CellX(int cell) { return lirenza::LHandGeometry(1, cell).finger.x; }
+int StringRow(int string) { return lirenza::HandGeometryAt(string, 0).string.y; }
+int CellX(int cell) { return lirenza::HandGeometryAt(1, cell).finger.x; }
 
 // What the fingerboard does for a note on and a note off.
 void NoteOn(QImage& board, int string, int cell) {
   QPainter p(&board);
-  const lirenza::HandGeometry g = lirenza::LHandGeometry(string, cell);
+  const lirenza::HandGeometry g = lirenza::HandGeometryAt(string, cell);
   if (g.fingertip) p.drawImage(g.finger.x, g.finger.y, Built("Yubi"));
   p.drawImage(Rect(g.string), Built("GenS"));
 }
 void NoteOff(QImage& board, const QImage& violin, int string, int cell) {
   QPainter p(&board);
-  const lirenza::HandGeometry g = lirenza::LHandGeometry(string, cell);
+  const lirenza::HandGeometry g = lirenza::HandGeometryAt(string, cell);
   p.setCompositionMode(QPainter::CompositionMode_Source);
   p.drawImage(QPoint(g.finger.x, g.finger.y), violin, Rect(g.finger));
   p.setCompositionMode(QPainter::CompositionMode_SourceOver);

@@ -1,8 +1,10 @@
 #pragma once
-// Fakes for the violin's ports. Every player, the fingerboard and the staff view write
-// into one log, so a test sees the order of sound and picture across them all.
+// Fakes for the desktop the logic reaches through. Every player, the fingerboard and
+// the staff view write into one log, so a test sees the order of sound and picture
+// across them all; each player also keeps its own (pitch, velocity) list.
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tuning/pure_scale.h"
@@ -14,16 +16,16 @@ namespace lirenza::testing {
 using Log = std::vector<std::string>;
 
 // p(i) sits a little above i semitones, so a pitch that skipped the table shows up.
-inline constexpr int kPOffset = 3;
+inline constexpr int kMarkedPitchOffset = 3;
 inline TuningTables MarkedTuning() {
   TuningTables t;
-  for (int i = 0; i < kPitchTableSize; ++i) t.p[i] = i * 256LL + kPOffset;
+  for (int i = 0; i < kPitchTableSize; ++i) t.p[i] = i * 256LL + kMarkedPitchOffset;
   return t;
 }
 
 // "NP1 p(60) 100" when the pitch came from the table, the raw number otherwise.
 inline std::string PitchText(int pitch) {
-  if (pitch % 256 == kPOffset) return "p(" + std::to_string(pitch / 256) + ")";
+  if (pitch % 256 == kMarkedPitchOffset) return "p(" + std::to_string(pitch / 256) + ")";
   return std::to_string(pitch);
 }
 
@@ -33,7 +35,18 @@ class FakePlayer : public NotePlayer {
   void Instrument(int number) override { log_.push_back("NP" + std::to_string(id_) + " inst " + std::to_string(number)); }
   void PlayNote(int pitch, int velocity) override {
     log_.push_back("NP" + std::to_string(id_) + " " + PitchText(pitch) + " " + std::to_string(velocity));
+    notes.push_back({pitch, velocity});
   }
+  // Pitches started and not ended again by the end of the list.
+  std::vector<int> StillSounding() const {
+    std::vector<int> open;
+    for (auto [pitch, velocity] : notes) {
+      if (velocity > 0) open.push_back(pitch);
+      else std::erase(open, pitch);
+    }
+    return open;
+  }
+  std::vector<std::pair<int, int>> notes;  // (pitch, velocity) in call order
 
  private:
   Log& log_;
@@ -43,8 +56,8 @@ class FakePlayer : public NotePlayer {
 class FakeFingerboard : public FingerboardView {
  public:
   explicit FakeFingerboard(Log& log) : log_(log) {}
-  void LHandG(int string, int cell) override { log_.push_back("G " + std::to_string(string) + "/" + std::to_string(cell)); }
-  void LHandGF(int string, int cell) override { log_.push_back("GF " + std::to_string(string) + "/" + std::to_string(cell)); }
+  void ShowFinger(int string, int cell) override { log_.push_back("G " + std::to_string(string) + "/" + std::to_string(cell)); }
+  void HideFinger(int string, int cell) override { log_.push_back("GF " + std::to_string(string) + "/" + std::to_string(cell)); }
   void ShowCleanViolin() override { log_.push_back("clean"); }
 
  private:
@@ -75,6 +88,13 @@ struct FakeSound {
     for (int k = 0; k < kNotePlayers; ++k) ports.np[k] = &players[k];
     ports.view = &view;
   }
+  // Log lines of the fingerboard only: "G s/c" shown, "GF s/c" taken away, "clean".
+  Log Fingerboard() const {
+    Log out;
+    for (const auto& line : log)
+      if (line.rfind("NP", 0) != 0) out.push_back(line);
+    return out;
+  }
   // Log lines of one player only.
   Log Of(int id) const {
     Log out;
@@ -93,6 +113,16 @@ class FakeStaffView : public StaffView {
 
  private:
   Log& log_;
+};
+
+class FakeConfirm : public Confirm {
+ public:
+  bool Ask(const std::string& message, const std::string&, const std::string&) override {
+    asked.push_back(message);
+    return answer;
+  }
+  bool answer = true;
+  std::vector<std::string> asked;
 };
 
 }  // namespace lirenza::testing

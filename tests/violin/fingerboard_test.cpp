@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "violin/fingerboard.h"
-#include "violin_fakes.h"
+#include "fakes.h"
 
 using namespace lirenza;
 using namespace lirenza::testing;
@@ -70,7 +70,7 @@ TEST(Fingerboard, WhereAFingerAndItsStringAreDrawn) {
       {1, -1, false, false, {}, {}},
   };
   for (const auto& c : cases) {
-    const HandGeometry g = LHandGeometry(c.string, c.cell);
+    const HandGeometry g = HandGeometryAt(c.string, c.cell);
     EXPECT_EQ(g.drawn, c.drawn) << c.string << "/" << c.cell;
     EXPECT_EQ(g.fingertip, c.fingertip) << c.string << "/" << c.cell;
     if (!c.drawn) continue;
@@ -85,12 +85,12 @@ struct MouseFixture : ::testing::Test {
   TuningTables tuning = MarkedTuning();
   Staff staff;
   Modes modes;
-  MDPoint mdPoint{-1, -1, -1};
+  FingerPress press{-1, -1, -1};
 
   MouseDownResult Down(int x, int y, bool option = false) {
     Modifiers mods;
     mods.option = option;
-    return CVG_MouseDown(x, y, mods, modes, staff, mdPoint, tuning, sound.ports);
+    return FingerboardMouseDown(x, y, mods, modes, staff, press, tuning, sound.ports);
   }
 };
 }  // namespace
@@ -100,7 +100,7 @@ TEST_F(MouseFixture, APressSoundsShowsAndSpellsTheNote) {
     int x, y;
     bool option;
     Log calls;
-    MDPoint md;
+    FingerPress md;
     int index, accidental;
   } cases[] = {
       {215, 200, false, {"NP0 p(74) 80", "G 2/5"}, {74, 2, 5}, 74, 0},
@@ -117,7 +117,7 @@ TEST_F(MouseFixture, APressSoundsShowsAndSpellsTheNote) {
     const MouseDownResult r = Down(c.x, c.y, c.option);
     EXPECT_TRUE(r.handled) << c.x << "," << c.y;
     EXPECT_EQ(sound.log, c.calls) << c.x << "," << c.y;
-    EXPECT_EQ(mdPoint, c.md) << c.x << "," << c.y;
+    EXPECT_EQ(press, c.md) << c.x << "," << c.y;
     EXPECT_EQ(r.index, c.index) << c.x << "," << c.y;
     EXPECT_EQ(r.accidental, c.accidental) << c.x << "," << c.y;
   }
@@ -129,7 +129,7 @@ TEST_F(MouseFixture, PlaybackBlocksThePressButLoadingDoesNot) {
     staff.preNote[0] = 1000;
     EXPECT_FALSE(Down(215, 200).handled);
     EXPECT_TRUE(sound.log.empty());
-    EXPECT_EQ(mdPoint, (MDPoint{-1, -1, -1}));
+    EXPECT_EQ(press, (FingerPress{-1, -1, -1}));
     EXPECT_EQ(staff.preNote[0], 1000) << "no page turn while playing";
   }
   modes = Modes{true, false, false};
@@ -162,6 +162,6 @@ TEST_F(MouseFixture, PageTurnsOnlyFrom984) {
 TEST_F(MouseFixture, ReleaseEndsWhatThePressStartedWhereverThePointerIs) {
   Down(120, 200);
   sound.log.clear();
-  CVG_MouseUp(mdPoint, tuning, sound.ports);
+  FingerboardMouseUp(press, tuning, sound.ports);
   EXPECT_EQ(sound.log, (Log{"NP0 p(70) 0", "GF 2/1"}));
 }

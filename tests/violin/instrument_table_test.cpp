@@ -39,9 +39,9 @@ TEST(InstrumentTable, GroupsHaveTheirCountsFirstNumbersAndEndNames) {
     ASSERT_NE(g, nullptr) << r.menuIndex;
     EXPECT_EQ(g->name, r.name);
     EXPECT_EQ(static_cast<int>(g->names.size()), r.count) << r.name;
-    EXPECT_NE(BBI1Action(g->numbers, r.count - 1), 0) << r.name << ": a number for every row";
-    EXPECT_EQ(BBI1Action(g->numbers, r.count), 0) << r.name << ": no number past the last row";
-    EXPECT_EQ(BBI1Action(g->numbers, 0), r.first) << r.name;
+    EXPECT_NE(ChooseInstrument(g->numbers, r.count - 1), 0) << r.name << ": a number for every row";
+    EXPECT_EQ(ChooseInstrument(g->numbers, r.count), 0) << r.name << ": no number past the last row";
+    EXPECT_EQ(ChooseInstrument(g->numbers, 0), r.first) << r.name;
     EXPECT_EQ(g->names.front(), r.firstName);
     EXPECT_EQ(g->names.back(), r.lastName);
   }
@@ -84,7 +84,7 @@ TEST(InstrumentTable, NamesAndNumbersAtTheIrregularPlaces) {
   for (const auto& r : rows) {
     const InstrumentGroup* g = InstrumentGroupAt(r.group);
     ASSERT_NE(g, nullptr);
-    EXPECT_EQ(BBI1Action(g->numbers, r.row), r.number) << r.name;
+    EXPECT_EQ(ChooseInstrument(g->numbers, r.row), r.number) << r.name;
     EXPECT_EQ(g->names.at(r.row), r.name) << r.number;
   }
 }
@@ -118,9 +118,9 @@ TEST(InstrumentTable, TheWholeSetIs235DistinctNumbersInMenuOrder) {
 TEST(InstrumentTable, EveryMelodicGroupHoldsItsEightGmProgramsAndTheirVariations) {
   for (const auto& g : InstrumentGroups()) {
     if (g.menuIndex == 17) continue;
-    const int first = BBI1Action(g.numbers, 0);
+    const int first = ChooseInstrument(g.numbers, 0);
     for (int row = 0; row < static_cast<int>(g.names.size()); ++row) {
-      const int n = BBI1Action(g.numbers, row);
+      const int n = ChooseInstrument(g.numbers, row);
       if (row < 8) {
         EXPECT_EQ(n, first + row) << g.name;
       }
@@ -149,18 +149,18 @@ TEST(InstrumentTable, BankAndProgramOfANumber) {
 }
 
 TEST(InstrumentTable, ChoosingAGroupSelectsItsFirstRow) {
-  const GroupChoice strings = BBI0Action(5);
+  const GroupChoice strings = ChooseInstrumentGroup(5);
   EXPECT_EQ(strings.inst, kViolin);
   EXPECT_EQ(strings.caption, "弦楽器系");
   EXPECT_EQ(strings.rows.size(), 9u);
   EXPECT_EQ(strings.instgroup, "41,42,43,44,45,46,47,48,1065");
-  EXPECT_EQ(BBI1Action(strings.instgroup, 8), 1065);
+  EXPECT_EQ(ChooseInstrument(strings.instgroup, 8), 1065);
 
-  const GroupChoice kits = BBI0Action(17);
+  const GroupChoice kits = ChooseInstrumentGroup(17);
   EXPECT_EQ(kits.inst, 16385);
-  EXPECT_GT(BBI1Action(kits.instgroup, 8), 16384) << "a drum kit sets a number above 16384";
+  EXPECT_GT(ChooseInstrument(kits.instgroup, 8), 16384) << "a drum kit sets a number above 16384";
 
-  const GroupChoice separator = BBI0Action(kInstrumentSeparator);
+  const GroupChoice separator = ChooseInstrumentGroup(kInstrumentSeparator);
   EXPECT_EQ(separator.inst, 0);
   EXPECT_TRUE(separator.rows.empty());
 }

@@ -1,9 +1,9 @@
-// KeyPush: the score's player sounds a pitch index and the fingerboard shows it at the
+// PlayAndShow: the score's player sounds a pitch index and the fingerboard shows it at the
 // place the hand position gives.
 #include <gtest/gtest.h>
 
 #include "violin/key_push.h"
-#include "violin_fakes.h"
+#include "fakes.h"
 
 using namespace lirenza;
 using namespace lirenza::testing;
@@ -30,9 +30,9 @@ TEST(PositionOf, StringBoundariesInEachPosition) {
   }
 }
 
-TEST(KeyPush, SoundsFirstThenDrawsOnlyInsideTheFingerboard) {
+TEST(PlayAndShow, SoundsFirstThenDrawsOnlyInsideTheFingerboard) {
   struct Case {
-    int pFlag, index, velocity;
+    int handPosition, index, velocity;
     Log calls;
   } cases[] = {
       {0, 60, 100, {"NP1 p(60) 100", "G 4/5"}},
@@ -48,16 +48,16 @@ TEST(KeyPush, SoundsFirstThenDrawsOnlyInsideTheFingerboard) {
   const TuningTables tuning = MarkedTuning();
   for (const auto& c : cases) {
     FakeSound sound;
-    KeyPush(sound.ports, tuning, c.pFlag, c.index, c.velocity);
-    EXPECT_EQ(sound.log, c.calls) << c.index << " in position " << c.pFlag;
+    PlayAndShow(sound.ports, tuning, c.handPosition, c.index, c.velocity);
+    EXPECT_EQ(sound.log, c.calls) << c.index << " in position " << c.handPosition;
   }
 }
 
-TEST(KeyPush, AnIndexOutsideThePitchTableIsNotSounded) {
+TEST(PlayAndShow, AnIndexOutsideThePitchTableIsNotSounded) {
   // A hand-edited score can carry any number; it must not read past the table.
   FakeSound sound;
   const TuningTables tuning = MarkedTuning();
-  KeyPush(sound.ports, tuning, 0, -1, 100);
-  KeyPush(sound.ports, tuning, 0, kPitchTableSize, 100);
+  PlayAndShow(sound.ports, tuning, 0, -1, 100);
+  PlayAndShow(sound.ports, tuning, 0, kPitchTableSize, 100);
   EXPECT_TRUE(sound.log.empty());
 }

@@ -7,7 +7,7 @@
 
 #include "violin/fingerboard.h"
 #include "violin/key_table.h"
-#include "violin_fakes.h"
+#include "fakes.h"
 
 using namespace lirenza;
 using namespace lirenza::testing;
@@ -69,7 +69,7 @@ TEST(KeyTable, EveryRowAsTheKeyboardIsLaidOut) {
 }
 
 TEST(KeyTable, AgreesWithThePositionTableAndTheFingerboard) {
-  // The keyboard, KeyPush and the fingerboard must show one pitch at one place, or a
+  // The keyboard, PlayAndShow and the fingerboard must show one pitch at one place, or a
   // note played along with the score would show on another string.
   std::set<int> flags;
   for (const KeyRow& row : kKeyTable) {
@@ -172,11 +172,11 @@ TEST_F(KeyTableFixture, PanicSilencesEveryPlayerButLeavesAHeldKeyFlagged) {
 TEST_F(KeyTableFixture, ReleaseAfterAPositionChangeTakesTheNewPlace) {
   PositionState pos;
   keys.down = {44};
-  EXPECT_TRUE(Pass(pos.pFlag));
-  EXPECT_EQ(PO_Action(pos, 2, Modes{}), 2);
+  EXPECT_TRUE(Pass(pos.handPosition));
+  EXPECT_EQ(ChoosePosition(pos, 2, Modes{}), 2);
   EXPECT_TRUE(flag[10]);
   keys.down.clear();
-  EXPECT_TRUE(Pass(pos.pFlag));
+  EXPECT_TRUE(Pass(pos.handPosition));
   EXPECT_EQ(sound.log, (Log{"G 2/0", "NP0 p(69) 100", "GF 4/14", "NP0 p(69) 0"}));
 }
 
@@ -186,7 +186,7 @@ TEST(PositionSelector, OneTimerRunsAndBusyHoldsThePosition) {
     Modes modes;
     int button;
     int shown;
-    int pFlag;
+    int handPosition;
     std::array<int, 3> timers;
   } cases[] = {
       {"1st", {}, 0, 0, 0, {2, 0, 0}},
@@ -198,19 +198,19 @@ TEST(PositionSelector, OneTimerRunsAndBusyHoldsThePosition) {
   };
   for (const auto& c : cases) {
     PositionState state{1, {0, 2, 0}};
-    EXPECT_EQ(PO_Action(state, c.button, c.modes), c.shown) << c.name;
-    EXPECT_EQ(state.pFlag, c.pFlag) << c.name;
+    EXPECT_EQ(ChoosePosition(state, c.button, c.modes), c.shown) << c.name;
+    EXPECT_EQ(state.handPosition, c.handPosition) << c.name;
     EXPECT_EQ(state.timerMode, c.timers) << c.name;
   }
 }
 
 TEST(PositionSelector, EditAndPlayModeTouchOnlyTheFirstTimer) {
   PositionState state{2, {0, 0, 2}};
-  RBT_PollingTimer(state, 1);
+  ChooseKeyboardMode(state, 1);
   EXPECT_EQ(state.timerMode, (std::array<int, 3>{2, 0, 2}));
-  RBT_PollingTimer(state, 0);
+  ChooseKeyboardMode(state, 0);
   EXPECT_EQ(state.timerMode, (std::array<int, 3>{0, 0, 2}));
-  EXPECT_EQ(state.pFlag, 2);
+  EXPECT_EQ(state.handPosition, 2);
 }
 
 TEST(KeyDown, ReturnIsPanicAndArrowsStepTheSliders) {

@@ -7,7 +7,7 @@
 #include <random>
 
 #include "violin/playback.h"
-#include "violin_fakes.h"
+#include "fakes.h"
 
 using namespace lirenza;
 using namespace lirenza::testing;
@@ -56,13 +56,13 @@ struct PlaybackFixture : ::testing::Test {
   Staff staff;
   Modes modes;
   TuningTables tuning = MarkedTuning();
-  int pFlag = 0;
+  int handPosition = 0;
   double d = 1.0;
-  double tGT = 0.75;
+  double soundingShare = 0.75;
   FakeClock clock;
   FakeStaffView view{sound.log};
   FakeScoreList list{sound.log, staff, modes};
-  PlaybackEnv env{staff, modes, tuning, pFlag, d, tGT, clock, sound.ports, view, list};
+  PlaybackEnv env{staff, modes, tuning, handPosition, d, soundingShare, clock, sound.ports, view, list};
   PlaybackState state;
   double t0 = 0;
 
@@ -71,7 +71,7 @@ struct PlaybackFixture : ::testing::Test {
     staff.noteChanged = true;
   }
   bool Press(int index, PlayStyle style) {
-    const bool acted = PlayCV_MouseDown(state, index, style, env);
+    const bool acted = TransportMouseDown(state, index, style, env);
     t0 = clock.now;
     return acted;
   }
@@ -106,9 +106,9 @@ TEST_F(PlaybackFixture, EveryEventSoundsAtItsDueTimeAndNotBefore) {
       {1140000, "NP1 p(64) 0"}, {1200000, "NP1 p(67) 75"}, {1920000, "NP1 p(67) 0"},
   };
   for (auto [time, line] : due) {
-    EXPECT_FALSE(TickAt(time - 1, PlayTimer::Ti1)) << time;
+    EXPECT_FALSE(TickAt(time - 1, PlayTimer::LoopSoundOnly)) << time;
     sound.log.clear();
-    EXPECT_TRUE(TickAt(time, PlayTimer::Ti1)) << time;
+    EXPECT_TRUE(TickAt(time, PlayTimer::LoopSoundOnly)) << time;
     EXPECT_EQ(sound.log, Log{line}) << time;
   }
   // The loop starts over from the last event's tick.
@@ -122,31 +122,31 @@ TEST_F(PlaybackFixture, OverdueEventsComeOneATick) {
   clock.now = t0 + 10e6;
   Log expected{"NP1 p(60) 75", "NP1 p(60) 0", "NP1 p(64) 75", "NP1 p(64) 0", "NP1 p(67) 75", "NP1 p(67) 0"};
   for (std::size_t k = 0; k < expected.size(); ++k) {
-    EXPECT_TRUE(PlaybackTick(state, PlayTimer::Ti1, env));
+    EXPECT_TRUE(PlaybackTick(state, PlayTimer::LoopSoundOnly, env));
     ASSERT_EQ(sound.log.size(), k + 1);
   }
   EXPECT_EQ(sound.log, expected);
   // The last tick ended the piece: the loop starts at the present time.
-  EXPECT_FALSE(PlaybackTick(state, PlayTimer::Ti1, env));
+  EXPECT_FALSE(PlaybackTick(state, PlayTimer::LoopSoundOnly, env));
   EXPECT_EQ(sound.log.size(), expected.size());
 }
 
 TEST_F(PlaybackFixture, ATempoChangeMovesTheEventsStillToCome) {
   AddMelody(*this);
   ASSERT_TRUE(Press(0, kLive));
-  EXPECT_TRUE(TickAt(480000, PlayTimer::Ti1));
+  EXPECT_TRUE(TickAt(480000, PlayTimer::LoopSoundOnly));
   d = 2.0;  // slower: the note-off at 840000 now falls at 1680000
-  EXPECT_FALSE(TickAt(840000, PlayTimer::Ti1));
+  EXPECT_FALSE(TickAt(840000, PlayTimer::LoopSoundOnly));
   EXPECT_EQ(MicrosecondsUntilDue(state, env), 840000);
-  EXPECT_FALSE(TickAt(1679999, PlayTimer::Ti1));
-  EXPECT_TRUE(TickAt(1680000, PlayTimer::Ti1));
+  EXPECT_FALSE(TickAt(1679999, PlayTimer::LoopSoundOnly));
+  EXPECT_TRUE(TickAt(1680000, PlayTimer::LoopSoundOnly));
   d = 0.6;  // faster: three events are overdue at once and come one a tick
   clock.now = t0 + 1000000;
   EXPECT_EQ(MicrosecondsUntilDue(state, env), 0);
-  EXPECT_TRUE(PlaybackTick(state, PlayTimer::Ti1, env));   // 960000 × 0.6
-  EXPECT_TRUE(PlaybackTick(state, PlayTimer::Ti1, env));   // 1140000 × 0.6
-  EXPECT_TRUE(PlaybackTick(state, PlayTimer::Ti1, env));   // 1200000 × 0.6
-  EXPECT_FALSE(PlaybackTick(state, PlayTimer::Ti1, env));  // 1920000 × 0.6 still ahead
+  EXPECT_TRUE(PlaybackTick(state, PlayTimer::LoopSoundOnly, env));   // 960000 × 0.6
+  EXPECT_TRUE(PlaybackTick(state, PlayTimer::LoopSoundOnly, env));   // 1140000 × 0.6
+  EXPECT_TRUE(PlaybackTick(state, PlayTimer::LoopSoundOnly, env));   // 1200000 × 0.6
+  EXPECT_FALSE(PlaybackTick(state, PlayTimer::LoopSoundOnly, env));  // 1920000 × 0.6 still ahead
   EXPECT_DOUBLE_EQ(MicrosecondsUntilDue(state, env), 152000);
   EXPECT_EQ(sound.Of(1).back(), "NP1 p(67) 75");
 }
@@ -157,8 +157,8 @@ TEST_F(PlaybackFixture, TheTempoAtStartCountsTwice) {
   d = 2.0;
   ASSERT_TRUE(Press(0, kLive));
   EXPECT_EQ(MicrosecondsUntilDue(state, env), 1920000);
-  EXPECT_FALSE(TickAt(1919999, PlayTimer::Ti1));
-  EXPECT_TRUE(TickAt(1920000, PlayTimer::Ti1));
+  EXPECT_FALSE(TickAt(1919999, PlayTimer::LoopSoundOnly));
+  EXPECT_TRUE(TickAt(1920000, PlayTimer::LoopSoundOnly));
 }
 
 TEST_F(PlaybackFixture, AChordSoundsTogetherAndTheNextStepIsItsLastNote) {
@@ -166,15 +166,15 @@ TEST_F(PlaybackFixture, AChordSoundsTogetherAndTheNextStepIsItsLastNote) {
   Add(Note(136, 64, "8"));
   Add(Note(168, 67, "4"));
   ASSERT_TRUE(Press(0, kManualPlay));
-  ASSERT_TRUE(state.Running(PlayTimer::Ti2));
+  ASSERT_TRUE(state.Running(PlayTimer::LoopOnFingerboard));
   const std::pair<double, Log> due[] = {
       {480000, {"NP1 p(60) 75", "G 4/5"}}, {480000, {"NP1 p(64) 75", "G 3/2"}},
       {660000, {"NP1 p(64) 0", "GF 3/2"}}, {720000, {"NP1 p(67) 75", "G 3/5"}},
       {840000, {"NP1 p(60) 0", "GF 4/5"}}, {1080000, {"NP1 p(67) 0", "GF 3/5"}},
   };
   for (const auto& [time, lines] : due) {
-    EXPECT_FALSE(TickAt(time - 1, PlayTimer::Ti2)) << time;
-    EXPECT_EQ(TickLog(time, PlayTimer::Ti2), lines) << time;
+    EXPECT_FALSE(TickAt(time - 1, PlayTimer::LoopOnFingerboard)) << time;
+    EXPECT_EQ(TickLog(time, PlayTimer::LoopOnFingerboard), lines) << time;
   }
 }
 
@@ -183,7 +183,7 @@ TEST_F(PlaybackFixture, ARestKeepsItsTimeSilently) {
   Add(Note(168, 62, "4", "F"));
   ASSERT_TRUE(Press(0, kLive));
   clock.now = t0 + 10e6;
-  for (int k = 0; k < 4; ++k) PlaybackTick(state, PlayTimer::Ti1, env);
+  for (int k = 0; k < 4; ++k) PlaybackTick(state, PlayTimer::LoopSoundOnly, env);
   EXPECT_EQ(sound.log, (Log{"NP1 p(60) 0", "NP1 p(60) 0", "NP1 p(62) 127", "NP1 p(62) 0"}));
 }
 
@@ -196,7 +196,7 @@ TEST_F(PlaybackFixture, EveryNoteStartedIsEndedOnceThePieceIsOver) {
              vels[rng() % 4]));
   ASSERT_TRUE(Press(0, kManualPlay));
   clock.now = t0 + 1e12;
-  for (int k = 0; k < 120; ++k) ASSERT_TRUE(PlaybackTick(state, PlayTimer::Ti2, env));
+  for (int k = 0; k < 120; ++k) ASSERT_TRUE(PlaybackTick(state, PlayTimer::LoopOnFingerboard, env));
   EXPECT_EQ(state.noteNo, 1) << "the whole piece was played";
   std::map<std::string, int> sounding;
   for (const std::string& line : sound.Of(1)) {
@@ -212,29 +212,29 @@ TEST_F(PlaybackFixture, LoopStartsOverUnscrolled) {
   AddMelody(*this);
   ASSERT_TRUE(Press(0, kManualPlay));
   SetMSBValue(staff, 288);
-  for (double t : {480000, 840000, 960000, 1140000, 1200000}) ASSERT_TRUE(TickAt(t, PlayTimer::Ti2));
+  for (double t : {480000, 840000, 960000, 1140000, 1200000}) ASSERT_TRUE(TickAt(t, PlayTimer::LoopOnFingerboard));
   EXPECT_EQ(staff.msbValue, 288);
-  ASSERT_TRUE(TickAt(1920000, PlayTimer::Ti2));
+  ASSERT_TRUE(TickAt(1920000, PlayTimer::LoopOnFingerboard));
   EXPECT_EQ(staff.msbValue, 0);
   EXPECT_EQ(state.noteNo, 1);
   EXPECT_TRUE(modes.playflag);
-  EXPECT_FALSE(TickAt(1920000 + 479999, PlayTimer::Ti2));
-  EXPECT_EQ(TickLog(1920000 + 480000, PlayTimer::Ti2), (Log{"NP1 p(60) 75", "G 4/5"}));
+  EXPECT_FALSE(TickAt(1920000 + 479999, PlayTimer::LoopOnFingerboard));
+  EXPECT_EQ(TickLog(1920000 + 480000, PlayTimer::LoopOnFingerboard), (Log{"NP1 p(60) 75", "G 4/5"}));
 }
 
 TEST_F(PlaybackFixture, FollowingTheStaffMovesTheHighlightAndRepaints) {
   Add(Note(136, 60));
   Add(Note(168, 62));
   ASSERT_TRUE(Press(0, kManualEdit));
-  ASSERT_TRUE(state.Running(PlayTimer::Ti21));
-  EXPECT_EQ(TickLog(480000, PlayTimer::Ti21), (Log{"NP1 p(60) 75", "G 4/5", "refresh 0", "refresh 1", "refresh MCV"}));
+  ASSERT_TRUE(state.Running(PlayTimer::LoopFollowingStaff));
+  EXPECT_EQ(TickLog(480000, PlayTimer::LoopFollowingStaff), (Log{"NP1 p(60) 75", "G 4/5", "refresh 0", "refresh 1", "refresh MCV"}));
   EXPECT_TRUE(staff.icv[1].nOnFlag);
-  EXPECT_EQ(TickLog(840000, PlayTimer::Ti21), (Log{"NP1 p(60) 0", "GF 4/5", "refresh 1", "refresh MCV"}));
+  EXPECT_EQ(TickLog(840000, PlayTimer::LoopFollowingStaff), (Log{"NP1 p(60) 0", "GF 4/5", "refresh 1", "refresh MCV"}));
   EXPECT_FALSE(staff.icv[1].nOnFlag);
-  EXPECT_EQ(TickLog(960000, PlayTimer::Ti21), (Log{"NP1 p(62) 75", "G 3/0", "refresh 1", "refresh 2", "refresh MCV"}));
+  EXPECT_EQ(TickLog(960000, PlayTimer::LoopFollowingStaff), (Log{"NP1 p(62) 75", "G 3/0", "refresh 1", "refresh 2", "refresh MCV"}));
   EXPECT_TRUE(staff.icv[2].nOnFlag);
   // The last event, then the end of the piece repaints its note and the staff.
-  EXPECT_EQ(TickLog(1320000, PlayTimer::Ti21),
+  EXPECT_EQ(TickLog(1320000, PlayTimer::LoopFollowingStaff),
             (Log{"NP1 p(62) 0", "GF 3/0", "refresh 2", "refresh 2", "refresh MCV"}));
   EXPECT_FALSE(staff.icv[2].nOnFlag);
 }
@@ -245,48 +245,57 @@ TEST_F(PlaybackFixture, FollowingPagesTheStaffWhenANoteIsPastTheView) {
   ASSERT_TRUE(Press(0, kManualEdit));
   // Time does not follow the distance in pixels: the first note starts a crotchet in,
   // however far right it stands.
-  ASSERT_TRUE(TickAt(480000, PlayTimer::Ti21));
-  ASSERT_TRUE(TickAt(840000, PlayTimer::Ti21));
+  ASSERT_TRUE(TickAt(480000, PlayTimer::LoopFollowingStaff));
+  ASSERT_TRUE(TickAt(840000, PlayTimer::LoopFollowingStaff));
   EXPECT_EQ(staff.msbValue, 0) << "976 is still in view";
-  ASSERT_TRUE(TickAt(960000, PlayTimer::Ti21));
+  ASSERT_TRUE(TickAt(960000, PlayTimer::LoopFollowingStaff));
   EXPECT_EQ(staff.msbValue, 720) << "840 cut to whole bars";
   EXPECT_EQ(staff.icv[2].left, 264);
   EXPECT_EQ(staff.icv[1].left, 256);
-  ASSERT_TRUE(TickAt(1320000, PlayTimer::Ti21));
+  ASSERT_TRUE(TickAt(1320000, PlayTimer::LoopFollowingStaff));
   EXPECT_EQ(staff.msbValue, 0) << "the loop starts unscrolled";
   EXPECT_EQ(staff.icv[2].left, 984);
 }
 
-TEST_F(PlaybackFixture, PlayRefusesWithoutNotesChangesOrWhilePlaying) {
+// Play refuses an empty staff and a press while busy, and plays whatever notes the
+// staff holds, whether or not they were changed since they were loaded or saved.
+TEST_F(PlaybackFixture, PlayDependsOnTheNotesNotOnTheChangedFlag) {
   struct Case {
     const char* name;
-    bool note, changed;
+    int notes;
+    bool changed;
     Modes modes;
+    bool plays;
   } cases[] = {
-      {"no notes", false, true, {}},
-      {"nothing changed", true, false, {}},
-      {"already playing", true, true, {false, true, false}},
-      {"reading a score", true, true, {true, false, false}},
+      {"no notes", 0, true, {}, false},
+      {"already playing", 1, true, {false, true, false}, false},
+      {"reading a score", 1, true, {true, false, false}, false},
+      {"one note loaded, unchanged", 1, false, {}, true},
+      {"a few notes, unchanged", 4, false, {}, true},
+      {"changed", 1, true, {}, true},
   };
   for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
     staff = Staff{};
-    if (c.note) staff.AddNote(Note(136, 60));
+    for (int k = 0; k < c.notes; ++k) staff.AddNote(Note(136 + 32 * k, 60 + k));
     staff.noteChanged = c.changed;
     modes = c.modes;
     state = PlaybackState{};
     sound.log.clear();
-    EXPECT_FALSE(Press(0, kManualPlay)) << c.name;
-    EXPECT_FALSE(state.AnyRunning()) << c.name;
-    EXPECT_EQ(modes.playflag, c.modes.playflag) << c.name;
-    EXPECT_TRUE(state.listEnabled) << c.name;
-    EXPECT_EQ(state.buttonPicture[0], "PlayButton") << c.name;
-    EXPECT_TRUE(sound.log.empty()) << c.name;
+    EXPECT_EQ(Press(0, kManualPlay), c.plays);
+    EXPECT_EQ(state.AnyRunning(), c.plays);
+    EXPECT_EQ(modes.playflag, c.modes.playflag || c.plays);
+    EXPECT_EQ(state.listEnabled, !c.plays);
+    EXPECT_EQ(state.buttonPicture[0], c.plays ? "PlayButtonB" : "PlayButton");
+    EXPECT_EQ(staff.noteChanged, c.changed) << "play leaves the changed flag alone";
+    if (c.plays) EXPECT_EQ(state.noteCount, 2 * c.notes) << "every note on and off is in the piece";
+    else EXPECT_TRUE(sound.log.empty());
   }
 }
 
 TEST_F(PlaybackFixture, PlayTakesTheTimerOfTheStyle) {
   const std::pair<PlayStyle, PlayTimer> cases[] = {
-      {kLive, PlayTimer::Ti1}, {kManualPlay, PlayTimer::Ti2}, {kManualEdit, PlayTimer::Ti21}};
+      {kLive, PlayTimer::LoopSoundOnly}, {kManualPlay, PlayTimer::LoopOnFingerboard}, {kManualEdit, PlayTimer::LoopFollowingStaff}};
   for (auto [style, timer] : cases) {
     staff = Staff{};
     Add(Note(136, 60));
@@ -304,15 +313,15 @@ TEST_F(PlaybackFixture, PlayTakesTheTimerOfTheStyle) {
     EXPECT_EQ(state.noteCount, 2);
     EXPECT_EQ(MicrosecondsUntilDue(state, env), 480000);
   }
-  EXPECT_EQ(TimerFor(true, kLive), PlayTimer::Ti3);
-  EXPECT_EQ(TimerFor(true, kManualPlay), PlayTimer::Ti4);
-  EXPECT_EQ(TimerFor(true, kManualEdit), PlayTimer::Ti41);
+  EXPECT_EQ(TimerFor(true, kLive), PlayTimer::ListSoundOnly);
+  EXPECT_EQ(TimerFor(true, kManualPlay), PlayTimer::ListOnFingerboard);
+  EXPECT_EQ(TimerFor(true, kManualEdit), PlayTimer::ListFollowingStaff);
 }
 
 TEST_F(PlaybackFixture, StopSilencesTheScorePlayerAndClearsTheHighlight) {
   AddMelody(*this);
   ASSERT_TRUE(Press(0, kManualEdit));
-  ASSERT_TRUE(TickAt(480000, PlayTimer::Ti21));
+  ASSERT_TRUE(TickAt(480000, PlayTimer::LoopFollowingStaff));
   SetMSBValue(staff, 144);
   sound.log.clear();
   EXPECT_TRUE(Press(1, kManualEdit));
@@ -346,14 +355,14 @@ TEST_F(PlaybackFixture, ListPlaysEveryRowInTurnAndWraps) {
   ASSERT_TRUE(Press(2, kLive));
   EXPECT_TRUE(modes.repeatflag);
   EXPECT_FALSE(modes.noteReading);
-  EXPECT_TRUE(state.Running(PlayTimer::Ti3));
+  EXPECT_TRUE(state.Running(PlayTimer::ListSoundOnly));
   EXPECT_EQ(state.buttonPicture[2], "RepeatButtonB");
   EXPECT_TRUE(state.playingLabel);
   EXPECT_EQ(sound.log, Log{"load 1 reading"});
   sound.log.clear();
   for (int piece = 0; piece < 3; ++piece) {
-    ASSERT_TRUE(TickAt(480000, PlayTimer::Ti3));
-    ASSERT_TRUE(TickAt(840000, PlayTimer::Ti3));  // the end loads the next row
+    ASSERT_TRUE(TickAt(480000, PlayTimer::ListSoundOnly));
+    ASSERT_TRUE(TickAt(840000, PlayTimer::ListSoundOnly));  // the end loads the next row
     t0 = clock.now;
   }
   EXPECT_EQ(sound.log, (Log{"NP1 p(62) 75", "NP1 p(62) 0", "select 2", "load 2 reading",  //
@@ -367,13 +376,13 @@ TEST_F(PlaybackFixture, ListPlaysEveryRowInTurnAndWraps) {
 TEST_F(PlaybackFixture, QuietListFollowingLoadsWithoutReadingAndKeepsOldHighlights) {
   list.scores = {{Note(136, 60), Note(168, 62)}, {Note(136, 64)}};
   ASSERT_TRUE(Press(2, kManualEdit));
-  ASSERT_TRUE(state.Running(PlayTimer::Ti41));
-  EXPECT_EQ(TickLog(480000, PlayTimer::Ti41), (Log{"NP1 p(60) 75", "G 4/5", "refresh 1"}));
+  ASSERT_TRUE(state.Running(PlayTimer::ListFollowingStaff));
+  EXPECT_EQ(TickLog(480000, PlayTimer::ListFollowingStaff), (Log{"NP1 p(60) 75", "G 4/5", "refresh 1"}));
   // The first note's end is not repainted: its highlight stays on screen.
-  EXPECT_EQ(TickLog(840000, PlayTimer::Ti41), (Log{"NP1 p(60) 0", "GF 4/5"}));
+  EXPECT_EQ(TickLog(840000, PlayTimer::ListFollowingStaff), (Log{"NP1 p(60) 0", "GF 4/5"}));
   EXPECT_FALSE(staff.icv[1].nOnFlag);
-  TickAt(960000, PlayTimer::Ti41);
-  EXPECT_EQ(TickLog(1320000, PlayTimer::Ti41), (Log{"NP1 p(62) 0", "GF 3/0", "select 1", "load 1"}));
+  TickAt(960000, PlayTimer::ListFollowingStaff);
+  EXPECT_EQ(TickLog(1320000, PlayTimer::ListFollowingStaff), (Log{"NP1 p(62) 0", "GF 3/0", "select 1", "load 1"}));
 }
 
 TEST_F(PlaybackFixture, ListNeedsTwoRowsAndOnlyOneListAtATime) {
@@ -397,13 +406,13 @@ TEST_F(PlaybackFixture, PlayAndListTogetherStopOneAtATime) {
   Add(Note(136, 67));
   ASSERT_TRUE(Press(0, kManualPlay));
   ASSERT_TRUE(Press(2, kManualPlay));
-  EXPECT_TRUE(state.Running(PlayTimer::Ti2));
-  EXPECT_TRUE(state.Running(PlayTimer::Ti4));
+  EXPECT_TRUE(state.Running(PlayTimer::LoopOnFingerboard));
+  EXPECT_TRUE(state.Running(PlayTimer::ListOnFingerboard));
   ASSERT_TRUE(Press(1, kManualPlay));
   EXPECT_FALSE(modes.playflag);
   EXPECT_TRUE(modes.repeatflag);
-  EXPECT_FALSE(state.Running(PlayTimer::Ti2));
-  EXPECT_TRUE(state.Running(PlayTimer::Ti4));
+  EXPECT_FALSE(state.Running(PlayTimer::LoopOnFingerboard));
+  EXPECT_TRUE(state.Running(PlayTimer::ListOnFingerboard));
   ASSERT_TRUE(Press(1, kManualPlay));
   EXPECT_FALSE(modes.repeatflag);
   EXPECT_FALSE(state.AnyRunning());
@@ -414,11 +423,11 @@ TEST_F(PlaybackFixture, PlayAndListTogetherStopOneAtATime) {
 TEST_F(PlaybackFixture, ANoteRemovedDuringPlaybackStopsTheTimersWithoutACrash) {
   AddMelody(*this);
   ASSERT_TRUE(Press(0, kManualEdit));
-  ASSERT_TRUE(TickAt(480000, PlayTimer::Ti21));
+  ASSERT_TRUE(TickAt(480000, PlayTimer::LoopFollowingStaff));
   staff.RemoveNote(3);
   staff.RemoveNote(2);
-  ASSERT_TRUE(TickAt(840000, PlayTimer::Ti21));
-  EXPECT_FALSE(TickAt(960000, PlayTimer::Ti21));
+  ASSERT_TRUE(TickAt(840000, PlayTimer::LoopFollowingStaff));
+  EXPECT_FALSE(TickAt(960000, PlayTimer::LoopFollowingStaff));
   EXPECT_FALSE(state.AnyRunning());
   EXPECT_TRUE(modes.playflag) << "the flags stay for Stop to clear";
   // Stop meets the missing note at the cursor, passes over its highlight and still
@@ -434,7 +443,7 @@ TEST_F(PlaybackFixture, AnEmptyScoreInTheListIsPassedOver) {
   ASSERT_TRUE(Press(2, kLive));
   EXPECT_EQ(state.noteCount, 0);
   EXPECT_EQ(MicrosecondsUntilDue(state, env), 0);
-  EXPECT_FALSE(PlaybackTick(state, PlayTimer::Ti3, env));
+  EXPECT_FALSE(PlaybackTick(state, PlayTimer::ListSoundOnly, env));
   EXPECT_EQ(list.selected, 1);
   EXPECT_EQ(state.noteCount, 2);
 }
@@ -443,7 +452,7 @@ TEST_F(PlaybackFixture, ATimerThatIsNotRunningDoesNothing) {
   AddMelody(*this);
   ASSERT_TRUE(Press(0, kLive));
   sound.log.clear();
-  EXPECT_FALSE(TickAt(10e6, PlayTimer::Ti2));
+  EXPECT_FALSE(TickAt(10e6, PlayTimer::LoopOnFingerboard));
   EXPECT_TRUE(sound.log.empty());
   EXPECT_EQ(state.noteNo, 1);
 }
@@ -466,10 +475,10 @@ TEST(TransportPictures, EnterPressesExitReleasesUnlessRunning) {
   };
   for (const auto& c : cases) {
     PlaybackState state;
-    PlayCV_MouseEnter(state, c.index);
+    TransportMouseEnter(state, c.index);
     const std::string a = c.action;
-    if (a == "up") PlayCV_MouseUp(state, c.index);
-    if (a == "exit") PlayCV_MouseExit(state, c.index, c.modes);
+    if (a == "up") TransportMouseUp(state, c.index);
+    if (a == "exit") TransportMouseExit(state, c.index, c.modes);
     EXPECT_EQ(state.buttonPicture[c.index], c.picture) << c.action << " " << c.index;
   }
 }
