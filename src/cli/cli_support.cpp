@@ -6,8 +6,6 @@
 #include <filesystem>
 #include <iostream>
 
-#include <sys/stat.h>
-
 #include "files/file_io.h"
 #include "files/score_file.h"
 #include "score/text_fields.h"
@@ -87,9 +85,32 @@ int ParseInt(const std::string& text, int lo, int hi, const std::string& what) {
   return static_cast<int>(v);
 }
 
+namespace {
+// The length of the UTF-8 sequence at s[i], or 0 when it is not a valid one.
+std::size_t Utf8Length(const std::string& s, std::size_t i) {
+  const unsigned char c = s[i];
+  const std::size_t n = c < 0x80 ? 1 : c < 0xC2 ? 0 : c < 0xE0 ? 2 : c < 0xF0 ? 3 : c < 0xF5 ? 4 : 0;
+  if (n == 0 || i + n > s.size()) return 0;
+  return IsUtf8Text(std::string_view(s).substr(i, n)) ? n : 0;
+}
+}  // namespace
+
 std::string JsonString(const std::string& s) {
   std::string out = "\"";
-  for (unsigned char c : s) {
+  for (std::size_t i = 0; i < s.size();) {
+    const unsigned char c = s[i];
+    const std::size_t n = Utf8Length(s, i);
+    if (n == 0) {
+      out += "\\ufffd";  // a byte that is not UTF-8 would make the whole output invalid
+      ++i;
+      continue;
+    }
+    if (n > 1) {
+      out.append(s, i, n);
+      i += n;
+      continue;
+    }
+    ++i;
     switch (c) {
       case '"': out += "\\\""; break;
       case '\\': out += "\\\\"; break;
@@ -97,7 +118,7 @@ std::string JsonString(const std::string& s) {
       case '\r': out += "\\r"; break;
       case '\t': out += "\\t"; break;
       default:
-        if (c < 0x20) {
+        if (c < 0x20 || c == 0x7F) {
           char buf[8];
           std::snprintf(buf, sizeof buf, "\\u%04x", c);
           out += buf;
@@ -107,6 +128,30 @@ std::string JsonString(const std::string& s) {
     }
   }
   return out + "\"";
+}
+
+std::string TerminalText(const std::string& s) {
+  std::string out;
+  for (std::size_t i = 0; i < s.size();) {
+    const unsigned char c = s[i];
+    const std::size_t n = Utf8Length(s, i);
+    // Control characters (C0, DEL and the C1 range U+0080..U+009F) could move the
+    // cursor or change the terminal's state; bytes that are not UTF-8 are shown too.
+    const bool c1 = n == 2 && c == 0xC2 && static_cast<unsigned char>(s[i + 1]) < 0xA0;
+    if (n == 0 || (n == 1 && (c < 0x20 || c == 0x7F || c == '\\')) || c1) {
+      char buf[8];
+      if (c == '\\') out += "\\\\";
+      else if (c == '\n') out += "\\n";
+      else if (c == '\t') out += "\\t";
+      else if (c1) std::snprintf(buf, sizeof buf, "\\x%02x", static_cast<unsigned char>(s[i + 1])), out += buf;
+      else std::snprintf(buf, sizeof buf, "\\x%02x", c), out += buf;
+      i += c1 ? 2 : 1;
+      continue;
+    }
+    out.append(s, i, n);
+    i += n;
+  }
+  return out;
 }
 
 ScoreFile ReadScore(const std::string& path, bool strict) {
@@ -162,15 +207,6 @@ ScoreForOutput LoadScoreForOutput(const Args& args, const std::string& path) {
 
 namespace lirenza::cli {
 
-namespace {
-// True when both names lead to one file (same device and inode), however spelled.
-bool SameFile(const std::string& a, const std::string& b) {
-  struct stat sa {}, sb {};
-  return ::stat(a.c_str(), &sa) == 0 && ::stat(b.c_str(), &sb) == 0 && sa.st_dev == sb.st_dev &&
-         sa.st_ino == sb.st_ino;
-}
-}  // namespace
-
 int ForEachScore(const Args& args, const std::string& extension,
                  const std::function<void(const std::string& in, const std::string& out)>& convert) {
   namespace fs = std::filesystem;
@@ -209,7 +245,7 @@ int ForEachScore(const Args& args, const std::string& extension,
     const std::string& in = inputs[k];
     const std::string& out = outputs[k];
     try {
-      if (out != "-" && SameFile(in, out))
+      if (out != "-" && IsSameFile(in, out))
         throw RunError("will not write " + out + " over its own score " + in + "; name another output");
       convert(in, out);
     } catch (const UsageError&) {

@@ -44,7 +44,11 @@ class Args {
 // A whole decimal number in [lo, hi], or a UsageError naming `what`.
 int ParseInt(const std::string& text, int lo, int hi, const std::string& what);
 
+// A JSON string literal of s; always valid UTF-8 (a byte that is not is written as U+FFFD).
 std::string JsonString(const std::string& s);
+// s for a terminal: control characters, backslashes and bytes that are not UTF-8 are
+// written as escapes ("\x1b", "\n", "\\"), so a score's text cannot drive the terminal.
+std::string TerminalText(const std::string& s);
 
 // Reads a .note file the way the window does and says on stderr, one line for each
 // kind, what had to be repaired. Refuses (RunError) only what is not a score at all,

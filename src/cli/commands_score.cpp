@@ -1,4 +1,5 @@
 // Subcommands that read or write scores: midi, kestra, scale, inspect.
+#include <algorithm>
 #include <cstdio>
 #include <iostream>
 #include <map>
@@ -48,9 +49,21 @@ int RunKestra(const Argv& argv) {
   Args args(argv, {"-o", "--title"}, {});
   const std::string line = args.OnePositional("line of note tokens, such as \"C498 D498 E492\"");
   const std::string out = args.Required("-o", "OUT.note");
+  // The file format has no escapes: these would shift the fields that follow.
+  if (line.find_first_of(";,\n\r") != std::string::npos)
+    throw UsageError("note tokens cannot hold \";\", \",\" or a line break; separate tokens by blanks");
+  const auto title = args.Value("--title");
+  if (title && title->find_first_of(";\n\r") != std::string::npos)
+    throw UsageError("--title cannot hold \";\" or a line break; the score file has no way to keep them");
+  if (!IsUtf8Text(line) || (title && !IsUtf8Text(*title)))
+    throw UsageError("the tokens and the title must be UTF-8 text");
   Staff staff = FreshStaff();
   ChangeKestra(staff, line);
-  if (auto title = args.Value("--title")) SetTitle(staff, *title);
+  const int tokens = line.empty() ? 0 : static_cast<int>(std::count(line.begin(), line.end(), ' ')) + 1;
+  if (tokens > kMaxKestraTokens)
+    std::cerr << "lirenza-cli kestra: a score holds at most " << kMaxKestraTokens << " tokens; the last "
+              << tokens - kMaxKestraTokens << " were left out\n";
+  if (title) SetTitle(staff, *title);
   SaveStaff(staff, out);
   return 0;
 }
@@ -122,12 +135,12 @@ int RunInspect(const Argv& argv) {
     std::cout << "]}\n";
     return 0;
   }
-  std::cout << "# " << staff.title << " — " << staff.NoteCount() << " notes, " << (events.size() - 1)
+  std::cout << "# " << TerminalText(staff.title) << " — " << staff.NoteCount() << " notes, " << (events.size() - 1)
             << " events, times in microseconds at tempo factor 1.0, gate 0.95\n";
   std::cout << "place\tstart\tlength\tpitch\tvelocity\ttoken\n";
   for (const auto& r : rows) {
     std::snprintf(buf, sizeof buf, "%d\t%.0f\t%.0f\t%d\t%d\t", r.place, r.start, r.length, r.pitch, r.velocity);
-    std::cout << buf << staff.icv[r.place].note << '\n';
+    std::cout << buf << TerminalText(staff.icv[r.place].note) << '\n';
   }
   return 0;
 }

@@ -1,4 +1,5 @@
 // lirenza-cli: the batch face of Lirenza, for converting many scores and for scripts.
+#include <algorithm>
 #include <cstring>
 #include <exception>
 #include <iostream>
@@ -13,19 +14,43 @@ namespace {
 struct Command {
   const char* name;
   const char* usage;
+  const char* about;  // what `lirenza-cli NAME --help` adds below the usage
   int (*run)(const lirenza::cli::Argv&);
 };
 
 const Command kCommands[] = {
-    {"midi", "midi SCORE.note -o OUT.mid [--tempo 0..15] [--gate 0.75|0.85|0.95] [--instrument N]",
+    {"midi",
+     "midi SCORE.note... (-o OUT.mid | -d DIR) [--tempo 0..15] [--gate 0.75|0.85|0.95] [--instrument N] "
+     "[--strict]",
+     "Writes the Standard MIDI file of each score: with -o for one score, or DIR/NAME.mid for\n"
+     "each with -d. Defaults: the score's tempo and instrument, gate 0.95. A score that needed\n"
+     "repairs is read as the window reads it, and each kind of repair is told on stderr;\n"
+     "--strict refuses such a score instead. -o - writes to standard output.\n",
      lirenza::cli::RunMidi},
-    {"tuning", "tuning [--key 0..14] [--json]", lirenza::cli::RunTuning},
-    {"kestra", "kestra \"TOKENS\" -o OUT.note [--title TEXT]", lirenza::cli::RunKestra},
-    {"scale", "scale INDEX -o OUT.note | scale --list", lirenza::cli::RunScale},
-    {"inspect", "inspect SCORE.note [--json]", lirenza::cli::RunInspect},
-    {"render", "render SCORE.note -o OUT.wav|OUT.flac [--tempo 0..15] [--instrument N] [--gate G] [--quiet]",
+    {"tuning", "tuning [--key 0..14] [--json]",
+     "Prints a key's just-intonation ratios, frequencies and pitch tables (default key 0).\n",
+     lirenza::cli::RunTuning},
+    {"kestra", "kestra \"TOKENS\" -o OUT.note [--title TEXT]",
+     "Writes the score of a line of note tokens such as \"C498 E4b98 0008\", at most 192;\n"
+     "tokens past that are left out and counted on stderr. Neither the tokens nor the\n"
+     "title may hold \";\" or a line break, nor the tokens \",\".\n",
+     lirenza::cli::RunKestra},
+    {"scale", "scale INDEX -o OUT.note | scale --list",
+     "Writes the score of one of the 36 scales, or lists them with their index.\n", lirenza::cli::RunScale},
+    {"inspect", "inspect SCORE.note [--json] [--strict]",
+     "Lists a score's notes in playing order with times in microseconds at tempo factor 1.0\n"
+     "and gate 0.95. Repairs and --strict as for midi.\n",
+     lirenza::cli::RunInspect},
+    {"render",
+     "render SCORE.note... (-o OUT.wav|OUT.flac | -d DIR) [--tempo 0..15] [--instrument N] [--gate G] "
+     "[--quiet] [--strict]",
+     "Plays each score into a WAV or FLAC file in just intonation, faster than real time;\n"
+     "with -d, DIR/NAME.wav for each. Defaults: the score's tempo and instrument, gate 0.95.\n"
+     "Repairs and --strict as for midi.\n",
      lirenza::cli::RunRender},
-    {"instruments", "instruments [--json]", lirenza::cli::RunInstruments},
+    {"instruments", "instruments [--json]",
+     "Lists the 235 instruments and whether the installed SoundFonts hold each.\n",
+     lirenza::cli::RunInstruments},
 };
 
 void PrintHelp(std::ostream& out) {
@@ -41,8 +66,9 @@ void PrintHelp(std::ostream& out) {
          "  render   play a score into a WAV or FLAC file, in just intonation, faster than\n"
          "           real time (defaults: the score's tempo and instrument, gate 0.95)\n"
          "  instruments  list the 235 instruments and whether the SoundFonts hold each\n"
-         "\nExit status: 0 on success, 1 when a file cannot be read or written, 2 for a\n"
-         "mistake in the command line.\n";
+         "\n'lirenza-cli COMMAND --help' tells more about one command.\n"
+         "\nExit status: 0 on success, 1 when a file cannot be read or written (or, with\n"
+         "several scores, when any of them failed), 2 for a mistake in the command line.\n";
 }
 
 }  // namespace
@@ -59,6 +85,11 @@ int main(int argc, char** argv) {
   }
   for (const auto& c : kCommands) {
     if (args[0] != c.name) continue;
+    if (std::find(args.begin() + 1, args.end(), "--help") != args.end() ||
+        std::find(args.begin() + 1, args.end(), "-h") != args.end()) {
+      std::cout << "Usage: lirenza-cli " << c.usage << "\n\n" << c.about;
+      return 0;
+    }
     try {
       return c.run(std::vector<std::string>(args.begin() + 1, args.end()));
     } catch (const lirenza::cli::UsageError& e) {

@@ -54,35 +54,6 @@ bool IsWholeNumber(std::string_view t) {
   return true;
 }
 
-// Strict UTF-8: no overlong forms, no surrogates, nothing past U+10FFFF.
-bool IsUtf8(std::string_view s) {
-  std::size_t i = 0;
-  while (i < s.size()) {
-    const unsigned char c = s[i];
-    if (c < 0x80) {
-      ++i;
-      continue;
-    }
-    int extra;
-    unsigned lo = 0x80, hi = 0xBF;  // the allowed range of the second byte
-    if (c >= 0xC2 && c <= 0xDF) extra = 1;
-    else if (c == 0xE0) extra = 2, lo = 0xA0;
-    else if (c == 0xED) extra = 2, hi = 0x9F;
-    else if (c >= 0xE1 && c <= 0xEF) extra = 2;
-    else if (c == 0xF0) extra = 3, lo = 0x90;
-    else if (c == 0xF4) extra = 3, hi = 0x8F;
-    else if (c >= 0xF1 && c <= 0xF3) extra = 3;
-    else return false;
-    if (i + extra >= s.size()) return false;
-    for (int k = 1; k <= extra; ++k) {
-      const unsigned char b = s[i + k];
-      if (k == 1 ? (b < lo || b > hi) : (b & 0xC0) != 0x80) return false;
-    }
-    i += extra + 1;
-  }
-  return true;
-}
-
 // Cuts text at sep into views of it, keeping the first `limit`. *total, when given, is
 // the number of pieces there are.
 std::size_t SplitViews(std::string_view text, char sep, std::string_view* out, std::size_t limit,
@@ -160,6 +131,34 @@ std::string Count(int n, const char* one, const char* many) {
 
 }  // namespace
 
+bool IsUtf8Text(std::string_view s) {
+  std::size_t i = 0;
+  while (i < s.size()) {
+    const unsigned char c = s[i];
+    if (c < 0x80) {
+      ++i;
+      continue;
+    }
+    int extra;
+    unsigned lo = 0x80, hi = 0xBF;  // the allowed range of the second byte
+    if (c >= 0xC2 && c <= 0xDF) extra = 1;
+    else if (c == 0xE0) extra = 2, lo = 0xA0;
+    else if (c == 0xED) extra = 2, hi = 0x9F;
+    else if (c >= 0xE1 && c <= 0xEF) extra = 2;
+    else if (c == 0xF0) extra = 3, lo = 0x90;
+    else if (c == 0xF4) extra = 3, hi = 0x8F;
+    else if (c >= 0xF1 && c <= 0xF3) extra = 3;
+    else return false;
+    if (i + extra >= s.size()) return false;
+    for (int k = 1; k <= extra; ++k) {
+      const unsigned char b = s[i + k];
+      if (k == 1 ? (b < lo || b > hi) : (b & 0xC0) != 0x80) return false;
+    }
+    i += extra + 1;
+  }
+  return true;
+}
+
 std::vector<std::string> ScoreReadReport::Repairs() const {
   std::vector<std::string> out;
   if (byteOrderMarkSkipped) out.push_back("a byte-order mark at the start was skipped");
@@ -204,7 +203,7 @@ ScoreFile ParseScoreFile(std::string_view raw, ScoreReadReport* reportOut) {
   }
   if (raw.find('\0') != std::string_view::npos)
     report.notAScore = "holds NUL bytes, so it is not a text file";
-  else if (!IsUtf8(raw))
+  else if (!IsUtf8Text(raw))
     report.notAScore = "is not UTF-8 text";
 
   // Carriage returns are dropped, not turned into line feeds.

@@ -52,6 +52,9 @@ struct ScoreReadReport {
   std::vector<std::string> Repairs() const;
 };
 
+// Strict UTF-8: no overlong forms, no surrogates, nothing past U+10FFFF.
+bool IsUtf8Text(std::string_view text);
+
 // The text of a file holding exactly these notes and settings.
 std::string ScoreFileText(const ScoreFile& file);
 // The record of one note, without the blank behind it.
