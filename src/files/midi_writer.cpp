@@ -1,5 +1,7 @@
 #include "files/midi_writer.h"
 
+#include <cmath>
+
 #include "score/note_tables.h"
 #include "score/playing_order.h"
 #include "score/text_fields.h"
@@ -19,35 +21,52 @@ constexpr std::string_view kTrackStart =
 constexpr std::string_view kFileHeader = "4D546864000000060000000101E04D54726B";
 constexpr std::string_view kEndOfTrack = "00FF2F00";
 
-int VelocityByte(const std::string& ve) {
+int VelocityByte(std::string_view digit) {
   // A digit past the table would leave the byte out and shift the whole file; it
   // writes as silence instead.
-  return static_cast<int>(HexVal(Field(kVelocityHexTable, HexVal(ve) + 1)));
+  const long long index = HexVal(digit);
+  if (index < 0 || index > 15) return 0;
+  return static_cast<int>(HexVal(Field(kVelocityHexTable, static_cast<int>(index) + 1)));
+}
+
+// The note-off tick. The gate comes from settings a file can damage; a tick that no
+// file could hold is kept at the clock rather than cast out of range.
+long long OffTick(long long clock, int ticks, double gate) {
+  const double off = static_cast<double>(clock) + ticks * gate;
+  if (!(off >= static_cast<double>(clock))) return clock;
+  if (off > static_cast<double>(clock) + 0x0FFFFFFF) return clock + 0x0FFFFFFF;
+  return static_cast<long long>(off);
 }
 
 }  // namespace
 
-std::vector<MidiEvent> MidiEvents(const std::vector<NoteCV>& icv, double tGT) {
+std::vector<MidiEvent> MidiEvents(const std::vector<NoteCV>& notes, double gate, int* notesLeftOut) {
   std::vector<MidiEvent> events(1);
-  if (icv.empty()) return events;
-  const std::vector<int> order = PlayingOrder(icv);
-  events.reserve(order.size() * 2);
-  auto timeOf = [](const MidiEvent& e) { return e.time; };
-  long long clock = 0;
-  for (std::size_t i = 1; i < order.size(); ++i) {
-    const NoteCV& a = icv[order[i]];
-    const NoteCV& b = icv[order[i - 1]];
-    if (a.left != b.left) clock += NoteTicks(b.dr);
-    const int pitch = static_cast<int>(HexVal(RightDigits("0" + Hex(a.noteNo), 2)));
-    InsertByTime(events, MidiEvent{clock, pitch, VelocityByte(a.ve)}, timeOf);
-    const auto off = static_cast<long long>(static_cast<double>(clock) + NoteTicks(a.dr) * tGT);
-    InsertByTime(events, MidiEvent{off, pitch, 0}, timeOf);
+  int leftOut = 0;
+  if (!notes.empty()) {
+    const std::vector<int> order = PlayingOrder(notes);
+    events.reserve(order.size() * 2 - 1);
+    long long clock = 0;
+    for (std::size_t i = 1; i < order.size(); ++i) {
+      const NoteCV& a = notes[order[i]];
+      const NoteCV& b = notes[order[i - 1]];
+      if (a.left != b.left) clock += NoteTicks(b.dr);
+      if (a.noteNo < 0 || a.noteNo > 127) {
+        // A rest out of range is silent either way: no one needs to hear of it.
+        if (!a.IsRest()) ++leftOut;
+        continue;
+      }
+      events.push_back(MidiEvent{clock, a.noteNo, VelocityByte(a.ve)});
+      events.push_back(MidiEvent{OffTick(clock, NoteTicks(a.dr), gate), a.noteNo, 0});
+    }
+    SortEventsByTime(events, [](const MidiEvent& e) { return e.time; });
   }
+  if (notesLeftOut) *notesLeftOut = leftOut;
   return events;
 }
 
-std::vector<std::uint8_t> MadeGT(long long delta) {
-  const auto v = static_cast<std::uint32_t>(delta) & 0x0FFFFFFFu;
+std::vector<std::uint8_t> VariableLengthQuantity(long long delta) {
+  const auto v = static_cast<std::uint32_t>(static_cast<std::uint64_t>(delta)) & 0x0FFFFFFFu;
   const std::uint8_t g0 = v & 0x7F, g1 = (v >> 7) & 0x7F, g2 = (v >> 14) & 0x7F, g3 = (v >> 21) & 0x7F;
   if (!g3 && !g2 && !g1) return {g0};
   if (!g3 && !g2) return {static_cast<std::uint8_t>(0x80 | g1), g0};
@@ -57,12 +76,12 @@ std::vector<std::uint8_t> MadeGT(long long delta) {
   return {static_cast<std::uint8_t>(0x80 | g2), static_cast<std::uint8_t>(0x80 | g1), g0};
 }
 
-std::vector<std::uint8_t> MadeMidi(const std::vector<NoteCV>& icv, double tGT) {
-  const auto events = MidiEvents(icv, tGT);
+std::vector<std::uint8_t> NoteEventBytes(const std::vector<NoteCV>& notes, double gate, int* notesLeftOut) {
+  const auto events = MidiEvents(notes, gate, notesLeftOut);
   std::vector<std::uint8_t> out;
   out.reserve(events.size() * 5);
   for (std::size_t i = 1; i < events.size(); ++i) {
-    for (auto b : MadeGT(events[i].time - events[i - 1].time)) out.push_back(b);
+    for (auto b : VariableLengthQuantity(events[i].time - events[i - 1].time)) out.push_back(b);
     out.push_back(0x90);
     out.push_back(static_cast<std::uint8_t>(events[i].pitch));
     out.push_back(static_cast<std::uint8_t>(events[i].velocity));
@@ -70,20 +89,28 @@ std::vector<std::uint8_t> MadeMidi(const std::vector<NoteCV>& icv, double tGT) {
   return out;
 }
 
-std::vector<std::uint8_t> SaveMidiBytes(const std::vector<NoteCV>& icv, double tGT,
-                                        const std::string& tempo, int inst) {
+int ProgramByte(int inst) {
+  const long long program = (static_cast<long long>(inst) - 1) % 128;
+  return static_cast<int>(program < 0 ? program + 128 : program);
+}
+
+std::vector<std::uint8_t> SaveMidiBytes(const std::vector<NoteCV>& notes, double gate, const std::string& tempo,
+                                        int inst, int* notesLeftOut) {
   std::vector<std::uint8_t> track;
   AppendHex(track, kTrackStart);
   AppendHex(track, tempo);
-  AppendHex(track, "00C0" + RightDigits("0" + Hex(inst - 1), 2));
-  const auto notes = MadeMidi(icv, tGT);
-  track.insert(track.end(), notes.begin(), notes.end());
+  track.push_back(0x00);
+  track.push_back(0xC0);
+  track.push_back(static_cast<std::uint8_t>(ProgramByte(inst)));
+  const auto noteBytes = NoteEventBytes(notes, gate, notesLeftOut);
+  track.insert(track.end(), noteBytes.begin(), noteBytes.end());
   AppendHex(track, kEndOfTrack);
 
   std::vector<std::uint8_t> file;
   file.reserve(track.size() + 22);
   AppendHex(file, kFileHeader);
-  AppendHex(file, RightDigits("00000000" + Hex(static_cast<long long>(track.size())), 8));
+  const auto length = static_cast<std::uint32_t>(track.size());
+  for (int shift = 24; shift >= 0; shift -= 8) file.push_back(static_cast<std::uint8_t>(length >> shift));
   file.insert(file.end(), track.begin(), track.end());
   return file;
 }

@@ -1,6 +1,7 @@
 #include "score/note_cv.h"
 
 #include "score/note_tables.h"
+#include "score/text_fields.h"
 
 namespace lirenza {
 
@@ -11,7 +12,7 @@ void FillFromToken(NoteCV& note, std::string_view token) {
   note.nline = NotePit(base);
   note.sf = NoteSf(name);
   note.sib = NoteSib(name);
-  note.noteNo = note.nline + note.sf + note.ks;
+  note.noteNo = ClampToInt(static_cast<long long>(note.nline) + note.sf + note.ks);
   note.ve = token.size() >= 2 ? std::string(token.substr(token.size() - 2, 1)) : std::string();
   note.dr = token.empty() ? std::string() : std::string(token.substr(token.size() - 1));
 }
@@ -21,7 +22,7 @@ std::string StoredBackdrop(const NoteCV& note) {
 }
 
 void RepaintToken(NoteCV& note) {
-  note.noteNo = note.nline + note.sf + note.ks;
+  note.noteNo = ClampToInt(static_cast<long long>(note.nline) + note.sf + note.ks);
   note.note = NoteStr(note.noteNo, note.sf) + note.ve + note.dr;
 }
 

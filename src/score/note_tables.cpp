@@ -1,7 +1,9 @@
 #include "score/note_tables.h"
 
+#include <algorithm>
 #include <array>
 #include <cctype>
+#include <climits>
 
 #include "score/text_fields.h"
 
@@ -80,12 +82,29 @@ int NoteSib(std::string_view name) {
   return sf == 1 ? 1 : sf == -1 ? 2 : 0;
 }
 
-int NoteVel(std::string_view digit) { return IntVal(Field(kVelocityTable, HexVal(digit) + 1)); }
+namespace {
 
-int NoteTicks(std::string_view digit) { return IntVal(Field(kDurationTable, HexVal(digit) + 1)); }
+// Field (index + 1) of a table, empty for any index the table has no field for, however
+// large: a damaged digit such as "7FFFFFFFFFFFFFFF" must not wrap round onto a real field.
+std::string TableField(std::string_view table, long long index) {
+  if (index < 0 || index >= 1000) return {};
+  return Field(table, static_cast<int>(index) + 1);
+}
+
+}  // namespace
+
+int NoteVel(std::string_view digit) { return IntVal(TableField(kVelocityTable, HexVal(digit))); }
+
+int NoteTicks(std::string_view digit) { return IntVal(TableField(kDurationTable, HexVal(digit))); }
 
 long long NoteDur(std::string_view digit, double d) {
-  return static_cast<long long>(NoteTicks(digit) * d * 1000);
+  // The tempo factor is a setting; keep a damaged one from casting out of range.
+  const double us = NoteTicks(digit) * d * 1000;
+  constexpr double kLimit = 1e15;  // about 30 years
+  if (!(us == us)) return 0;
+  if (us > kLimit) return static_cast<long long>(kLimit);
+  if (us < -kLimit) return static_cast<long long>(-kLimit);
+  return static_cast<long long>(us);
 }
 
 std::string NoteStr(int pitch, int sf) {
@@ -93,7 +112,9 @@ std::string NoteStr(int pitch, int sf) {
   return Field(sf == -1 ? kFlatNames : kSharpNames, pitch + 1);
 }
 
-int StaffLinePitch(int top) { return IntVal(Field(kStaffLineTable, (top - 33) / 3)); }
+int StaffLinePitch(int top) {
+  return IntVal(TableField(kStaffLineTable, (static_cast<long long>(top) - 33) / 3 - 1));
+}
 
 int NotePosition(int pitch) {
   if (pitch < 22 || pitch > 108) return 189;
@@ -105,7 +126,8 @@ int NotePosition(int pitch) {
 
 int NoteLine(int pitch) {
   int pc = ((pitch % 12) + 12) % 12;
-  return kNoteLineBase[pc] - (pitch / 12 - 5) * 21;
+  const long long top = kNoteLineBase[pc] - (static_cast<long long>(pitch) / 12 - 5) * 21;
+  return static_cast<int>(std::clamp<long long>(top, INT_MIN, INT_MAX));
 }
 
 int KeySignatureShift(int keyN, int nline) {
@@ -152,8 +174,8 @@ std::string NotePictureName(NoteFamily family, std::string_view digit) {
   return NotePictureName(family == NoteFamily::U ? 'u' : 'n', digit);
 }
 
-std::string KeySignaturePicture(int keyN) { return Field(kKeySignaturePictures, keyN + 1); }
+std::string KeySignaturePicture(int keyN) { return TableField(kKeySignaturePictures, keyN); }
 
-std::string TimeSignaturePicture(int timeN) { return Field(kTimeSignaturePictures, timeN + 1); }
+std::string TimeSignaturePicture(int timeN) { return TableField(kTimeSignaturePictures, timeN); }
 
 }  // namespace lirenza

@@ -4,33 +4,29 @@
 
 namespace lirenza {
 
-std::vector<int> PlayingOrder(const std::vector<NoteCV>& icv) {
+std::vector<int> PlayingOrder(const std::vector<NoteCV>& notes) {
   std::vector<int> order{0};
-  if (icv.empty()) return order;
-  order.reserve(icv.size());
-  auto leftOf = [&](int pos) { return icv[order[pos]].left; };
-  auto digitOf = [&](int index) { return HexVal(icv[index].dr); };
-  for (int n = 1; n < static_cast<int>(icv.size()); ++n) {
-    const int left = icv[n].left;
-    const int last = static_cast<int>(order.size()) - 1;
-    if (leftOf(last) < left) {
-      order.push_back(n);
-    } else if (leftOf(last) == left) {
-      if (digitOf(order[last]) <= digitOf(n) || last == 0) order.push_back(n);
-      else order.insert(order.end() - 1, n);
-    } else {
-      // Walk back to the first place whose left neighbour is not right of the note.
-      // The notes behind the template are sorted by Left, so the walk is a binary
-      // search; it never passes the template.
-      auto it = std::upper_bound(order.begin() + 1, order.end(), left,
-                                 [&](int l, int idx) { return l < icv[idx].left; });
-      int p = static_cast<int>(it - order.begin());
-      if (leftOf(p - 1) != left) {
-        order.insert(order.begin() + p, n);
-      } else if (digitOf(order[p - 1]) <= digitOf(n) || p - 1 == 0) {
-        order.insert(order.begin() + p, n);
+  if (notes.size() <= 1) return order;
+  std::vector<int> byLeft;
+  byLeft.reserve(notes.size() - 1);
+  for (int n = 1; n < static_cast<int>(notes.size()); ++n) byLeft.push_back(n);
+  // Stable, so the notes of one column stay in index order for the rule below.
+  std::stable_sort(byLeft.begin(), byLeft.end(),
+                   [&](int a, int b) { return notes[a].left < notes[b].left; });
+
+  order.reserve(notes.size());
+  std::size_t columnStart = 0;
+  while (columnStart < byLeft.size()) {
+    const int left = notes[byLeft[columnStart]].left;
+    const std::size_t firstInOrder = order.size();
+    for (std::size_t k = columnStart; k < byLeft.size() && notes[byLeft[k]].left == left; ++k, ++columnStart) {
+      const int n = byLeft[k];
+      if (order.size() > firstInOrder && HexVal(notes[order.back()].dr) > HexVal(notes[n].dr)) {
+        // Before the column's last note: that note moves one place on.
+        order.push_back(order.back());
+        order[order.size() - 2] = n;
       } else {
-        order.insert(order.begin() + (p - 1), n);
+        order.push_back(n);
       }
     }
   }

@@ -1,8 +1,8 @@
 #pragma once
 // Time order of the notes, shared by playback and the MIDI writer. Time follows Left;
 // notes of one column stand by rising duration digit (longest first), each judged
-// against the one neighbour the walk meets, so a chord entered in another order can
-// sort differently: that is how scores have always played, and files rely on it.
+// against the one neighbour it meets, so a chord entered in another order can sort
+// differently: that is how scores have always played, and files rely on it.
 #include <algorithm>
 #include <vector>
 
@@ -10,23 +10,22 @@
 
 namespace lirenza {
 
-// Indexes into icv in playing order. Element 0 is always 0, the template, which is the
-// origin of time: no note is ever put in front of it, even one at its own column with
-// a longer value, so that such a note is neither dropped nor played as the template.
-std::vector<int> PlayingOrder(const std::vector<NoteCV>& icv);
+// Indexes into notes in playing order, in O(n log n) whatever the entry order. Element 0
+// is always 0, the template, which is the origin of time: no note is ever put in front
+// of it, even one at its own column with a longer value, so that such a note is neither
+// dropped nor played as the template. Within a column the notes are taken in index
+// order: each goes to the end of the column, or just before the column's last note when
+// that note's duration digit is greater than its own.
+std::vector<int> PlayingOrder(const std::vector<NoteCV>& notes);
 
-// Puts an event into a list kept in time order behind every event of the same time
-// already there. Element 0 of the list is a dummy and keeps its place.
+// Puts events[1..] in time order, keeping creation order among events of equal time, so
+// a note-off never overtakes the note-on made before it at the same time. Element 0 is a
+// dummy and keeps its place.
 template <typename Event, typename TimeOf>
-void InsertByTime(std::vector<Event>& events, const Event& e, TimeOf timeOf) {
-  auto t = timeOf(e);
-  if (events.size() <= 1 || !(t < timeOf(events.back()))) {
-    events.push_back(e);
-    return;
-  }
-  auto at = std::upper_bound(events.begin() + 1, events.end(), t,
-                             [&](const auto& time, const Event& x) { return time < timeOf(x); });
-  events.insert(at, e);
+void SortEventsByTime(std::vector<Event>& events, TimeOf timeOf) {
+  if (events.size() <= 2) return;
+  std::stable_sort(events.begin() + 1, events.end(),
+                   [&](const Event& a, const Event& b) { return timeOf(a) < timeOf(b); });
 }
 
 }  // namespace lirenza

@@ -39,12 +39,12 @@ void SetMSBValue(Staff& staff, int value) {
 void MSB_ValueChanged(Staff& staff, int value) {
   int v = std::clamp(value, 0, kMsbMaximum) / kBarWidth * kBarWidth;
   int delta = staff.oldSBValue[0] - v;
-  for (auto& n : staff.icv) n.left += delta;
-  staff.preNote[0] += delta;
+  for (auto& n : staff.icv) n.left = ClampToInt(static_cast<long long>(n.left) + delta);
+  staff.preNote[0] = ClampToInt(static_cast<long long>(staff.preNote[0]) + delta);
   // Both the selected bar and the copied bar are view numbers: they follow the view, so
   // that a bar copied, scrolled away from and pasted is still the bar the user copied.
-  staff.preCord[0] += delta / kBarWidth;
-  staff.preCord[1] += delta / kBarWidth;
+  staff.preCord[0] = ClampToInt(static_cast<long long>(staff.preCord[0]) + delta / kBarWidth);
+  staff.preCord[1] = ClampToInt(static_cast<long long>(staff.preCord[1]) + delta / kBarWidth);
   staff.oldSBValue[0] = v;
   staff.msbValue = v;
 }
@@ -103,16 +103,18 @@ void ChangeKestra(Staff& staff, std::string_view line) {
   if (i > 0) staff.preNote[0] = staff.icv.back().left + 32;
 }
 
-bool InView(const NoteCV& note) { return note.left + kNoteWidth > kViewLeft && note.left < kViewRight; }
+bool InView(const NoteCV& note) {
+  return static_cast<long long>(note.left) + kNoteWidth > kViewLeft && note.left < kViewRight;
+}
 
 void RepaintInView(Staff& staff) {
   for (std::size_t i = 1; i < staff.icv.size(); ++i)
     if (InView(staff.icv[i])) RepaintToken(staff.icv[i]);
 }
 
-int ClickColumn(int x) { return static_cast<int>(std::round((x + 116) / 8.0)) * 8; }
+int ClickColumn(int x) { return ClampToInt(std::llround((x + 116.0) / 8.0) * 8); }
 
-int ClickRow(int y) { return static_cast<int>(std::round((y + 42) / 3.0)) * 3; }
+int ClickRow(int y) { return ClampToInt(std::llround((y + 42.0) / 3.0) * 3); }
 
 int SnapColumn(int left, int lastColumn) {
   if (left < kTemplateLeft) return kTemplateLeft;
@@ -133,13 +135,14 @@ int ClashSearch(const Staff& staff, int self, int left, int top, bool rest) {
     if (i == self) continue;
     const NoteCV& other = staff.icv[i];
     if (other.left != left || other.top != top) continue;
-    top = rest ? top + 18 : std::min(top + 6, kNoteTopMax);
+    top = rest ? ClampToInt(top + 18LL) : ClampToInt(std::min(top + 6LL, static_cast<long long>(kNoteTopMax)));
   }
   return top;
 }
 
 bool InViewBar(int left, int bar) {
-  return kBarWidth * bar + 120 <= left && left < kBarWidth * bar + 264;
+  const long long start = static_cast<long long>(kBarWidth) * bar + 120;
+  return start <= left && left < start + kBarWidth;
 }
 
 }  // namespace lirenza

@@ -2,6 +2,7 @@
 // Lenient text helpers shared by every table and reader. Tables are comma-separated
 // literals read by field number counted from 1, and numbers are read the forgiving
 // way users' files need: anything unreadable is 0, never an error.
+#include <climits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,5 +33,9 @@ std::string Hex(long long v);
 std::string RightDigits(const std::string& text, std::size_t n);
 
 bool EqualsIgnoreCase(std::string_view a, std::string_view b);
+
+// v held to the range of int. Sums of note fields go through here: a damaged file can
+// hold any int in any field, and a sum of two of them must not overflow.
+inline int ClampToInt(long long v) { return v > INT_MAX ? INT_MAX : v < INT_MIN ? INT_MIN : static_cast<int>(v); }
 
 }  // namespace lirenza

@@ -39,8 +39,9 @@ constexpr std::array<std::array<int, 2>, 12> kRatios = {{
 }  // namespace
 
 void PureScale(TuningTables& t, int keyN) {
-  Tonic tonic{0.0, 0};
-  if (keyN >= 0 && keyN <= 14) tonic = kTonics[keyN];
+  // A key no score can hold (a damaged file) tunes as C major rather than to silence.
+  if (keyN < 0 || keyN > 14) keyN = 0;
+  const Tonic tonic = kTonics[keyN];
   for (int k = 0; k < 12; ++k) t.scale[k] = tonic.hz * kRatios[k][0] / kRatios[k][1];
   t.sentStr = std::string(kSentStr);
   const double semitone = std::log(std::pow(2.0, 0.08333333333333333));
@@ -49,8 +50,7 @@ void PureScale(TuningTables& t, int keyN) {
       const int n = 12 * i + k + tonic.offset;
       const double f = t.scale[k] * std::pow(2.0, i - 5);
       t.h[n] = static_cast<long long>(f);
-      // A tonic of 0 Hz (no such key) has no pitch; keep the index silent at 0.
-      t.p[n] = f > 0 ? static_cast<long long>((std::log(f / 440.0) / semitone + 69) * 256) : 0;
+      t.p[n] = static_cast<long long>((std::log(f / 440.0) / semitone + 69) * 256);
     }
   }
   for (int j = 0; j < 12; ++j) {

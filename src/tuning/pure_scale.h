@@ -22,8 +22,9 @@ struct TuningTables {
 extern const std::string_view kKeyNames;   // the 15 key names, one literal
 extern const std::string_view kSentStr;
 
-// Rebuilds every table from keyN. Indexes outside the key's ten octaves keep what they
-// held, as a retuned instrument keeps strings it was not asked to retune.
+// Rebuilds every table from keyN; a keyN outside 0 to 14 tunes as key 0. Indexes outside
+// the key's ten octaves keep what they held, as a retuned instrument keeps strings it
+// was not asked to retune.
 void PureScale(TuningTables& t, int keyN);
 
 }  // namespace lirenza

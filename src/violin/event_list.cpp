@@ -5,22 +5,21 @@
 
 namespace lirenza {
 
-std::vector<PlayEvent> BuildEventList(const std::vector<NoteCV>& icv, double d, double tGT) {
+std::vector<PlayEvent> BuildEventList(const std::vector<NoteCV>& notes, double d, double tGT) {
   std::vector<PlayEvent> events(1);
-  if (icv.empty()) return events;
-  const std::vector<int> order = PlayingOrder(icv);
-  events.reserve(order.size() * 2);
-  auto timeOf = [](const PlayEvent& e) { return e.time; };
+  if (notes.empty()) return events;
+  const std::vector<int> order = PlayingOrder(notes);
+  events.reserve(order.size() * 2 - 1);
   double t = 0.0;
   for (std::size_t k = 1; k < order.size(); ++k) {
     const int c = order[k];
-    const NoteCV& note = icv[c];
-    const NoteCV& before = icv[order[k - 1]];
+    const NoteCV& note = notes[c];
+    const NoteCV& before = notes[order[k - 1]];
     if (note.left != before.left) t += static_cast<double>(NoteDur(before.dr, d));
-    InsertByTime(events, PlayEvent{c, t, note.noteNo, NoteVel(note.ve)}, timeOf);
-    InsertByTime(events, PlayEvent{c, t + static_cast<double>(NoteDur(note.dr, d)) * tGT, note.noteNo, 0},
-                 timeOf);
+    events.push_back(PlayEvent{c, t, note.noteNo, NoteVel(note.ve)});
+    events.push_back(PlayEvent{c, t + static_cast<double>(NoteDur(note.dr, d)) * tGT, note.noteNo, 0});
   }
+  SortEventsByTime(events, [](const PlayEvent& e) { return e.time; });
   return events;
 }
 

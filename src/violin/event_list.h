@@ -9,7 +9,7 @@
 namespace lirenza {
 
 struct PlayEvent {
-  int place = 0;      // index of the note in icv that made the event
+  int place = 0;      // index of the note in the staff that made the event
   double time = 0;    // microseconds from the start of the piece, before the factor d
   int pitch = 0;      // pitch index: the note's noteNo
   int velocity = 0;   // 0 ends the note
@@ -17,6 +17,6 @@ struct PlayEvent {
 
 // Orders the notes by Left as playback does and builds the list. `d` scales every
 // length; tGT is the share of a note that sounds.
-std::vector<PlayEvent> BuildEventList(const std::vector<NoteCV>& icv, double d, double tGT);
+std::vector<PlayEvent> BuildEventList(const std::vector<NoteCV>& notes, double d, double tGT);
 
 }  // namespace lirenza

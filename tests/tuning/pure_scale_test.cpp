@@ -1,6 +1,7 @@
 // Just intonation: the pitch table every sound goes through.
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cmath>
 
 #include "tuning/pure_scale.h"
@@ -93,10 +94,14 @@ TEST(PureScale, IndexesOutsideTheKeysOctavesKeepWhatTheyHeld) {
   EXPECT_EQ(t.p[140], 0);
 }
 
-TEST(PureScale, AKeyOutsideTheTableIsSilentNotACrash) {
-  TuningTables t;
-  PureScale(t, 99);
-  EXPECT_EQ(t.p[60], 0);
-  EXPECT_EQ(t.h[60], 0);
-  EXPECT_EQ(t.keyName, "");
+TEST(PureScale, AKeyNoScoreCanHoldTunesAsCMajor) {
+  TuningTables c;
+  PureScale(c, 0);
+  for (int keyN : {15, 99, -1, INT_MAX, INT_MIN}) {
+    TuningTables t;
+    PureScale(t, keyN);
+    EXPECT_EQ(t.p, c.p) << keyN;
+    EXPECT_EQ(t.efr, c.efr) << keyN;
+    EXPECT_EQ(t.keyName, c.keyName) << keyN;
+  }
 }
