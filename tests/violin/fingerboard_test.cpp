@@ -2,6 +2,8 @@
 // where a note is drawn.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include "violin/fingerboard.h"
 #include "fakes.h"
 
@@ -16,20 +18,22 @@ TEST(Fingerboard, StringRowsByY) {
   for (auto [y, row] : cases) EXPECT_EQ(StringRow(y), row) << "y " << y;
 }
 
-TEST(Fingerboard, CellBandsAtEveryBoundaryAndTheGap) {
-  // x from, to below, cell.
-  const int bands[][3] = {
-      {90, 110, 0},   {110, 135, 1},  {135, 160, 2},  {160, 185, 3},  {185, 210, 4},
-      {210, 235, 5},  {235, 260, 6},  {260, 285, 7},  {285, 310, 8},  {310, 335, 9},
-      {335, 360, 10}, {385, 410, 11}, {410, 435, 12}, {435, 460, 13}, {460, 485, 14},
-      {485, 510, 15}, {510, 535, 16}, {535, 560, 17}, {560, 585, 18},
-  };
-  for (const auto& b : bands) {
-    EXPECT_EQ(CellOfX(b[0]), b[2]) << "x " << b[0];
-    EXPECT_EQ(CellOfX(b[1] - 1), b[2]) << "x " << b[1] - 1;
+// A click hits the cell whose finger is drawn under it: each band is 25 pixels wide and
+// centred on the drawn finger. Past the gap at 360 to 385 the bands go on counting as
+// if it were not there, so from cell 11 on a band lies one cell right of its drawing.
+TEST(Fingerboard, EachCellBandLiesAroundItsDrawnFinger) {
+  for (int cell = 1; cell < kFirstUndrawnCell; ++cell) {
+    const Rect finger = HandGeometryAt(1, cell).finger;
+    const int centre2 = 2 * finger.x + finger.width + (cell >= 11 ? 50 : 0);  // twice the centre
+    for (int x = finger.x - 30; x <= finger.x + finger.width + 30 + (cell >= 11 ? 25 : 0); ++x) {
+      const bool inside = std::abs(2 * x + 1 - centre2) < 25;
+      if (inside) EXPECT_EQ(CellOfX(x), cell) << "x " << x;
+      else EXPECT_NE(CellOfX(x), cell) << "x " << x;
+    }
   }
-  // Outside every band: left of the nut, the gap, right of the last band.
-  for (int x : {-20, 0, 89, 360, 372, 384, 585, 900}) EXPECT_EQ(CellOfX(x), 0) << "x " << x;
+  // The open string answers left of the first band, and so does everything that is no
+  // band: the gap and beyond the last band.
+  for (int x : {90, 109, 360, 384, 585, -20, 900}) EXPECT_EQ(CellOfX(x), 0) << "x " << x;
 }
 
 TEST(Fingerboard, PitchIsTheOpenStringPlusTheCell) {
