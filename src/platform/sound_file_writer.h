@@ -1,8 +1,9 @@
 #pragma once
 // Writes a rendered sound to WAV or FLAC (16-bit stereo) through AtomicFile: a failed
 // or interrupted render leaves no half-written file and never destroys an old one. A
-// WAV that outgrows 4 GB becomes RF64 instead of wrapping its 32-bit sizes; a smaller
-// one stays plain RIFF/WAVE.
+// WAV stays plain PCM RIFF/WAVE, which every program reads, until its sizes would no
+// longer fit in 32 bits; then it becomes RF64 instead of wrapping.
+#include <memory>
 #include <string>
 
 #include "files/file_io.h"
@@ -32,9 +33,15 @@ class SoundFileWriter {
   void Abort();
 
  private:
+  bool MoveToRf64(std::string* error);
+
   SNDFILE* file_ = nullptr;
-  AtomicFile out_;
+  std::unique_ptr<AtomicFile> out_;
   std::string path_;
+  SoundFileType type_ = SoundFileType::Wav;
+  int sampleRate_ = 0;
+  long long frames_ = 0;
+  bool rf64_ = false;
 };
 
 }  // namespace lirenza
