@@ -1,96 +1,57 @@
 // lirenza-cli render and instruments as a user runs them: every failure is one clear
 // line with a non-zero status, and no half-written sound file is ever left behind.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
+#include "cli_harness.h"
 
 using namespace std::string_literals;
-namespace fs = std::filesystem;
+using namespace lirenza::test;
 
 namespace {
 
-struct CliRun {
-  int status;
-  std::string out, err;
-};
-
-std::string Slurp(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
-class RenderCli : public ::testing::Test {
+class RenderCli : public CliTest {
  protected:
   void SetUp() override {
-    const char* cli = std::getenv("LIRENZA_CLI");
-    if (!cli) GTEST_SKIP() << "LIRENZA_CLI is not set";
-    cli_ = cli;
-    dir_ = fs::temp_directory_path() / ("lirenza-render-" + std::to_string(::getpid()));
-    fs::create_directories(dir_);
-    score_ = (dir_ / "tune.note").string();
-    ASSERT_EQ(Cli("kestra \"A4C4 B4C4 C5C8 D5C8 E5C2\" -o " + score_).status, 0);
-  }
-  void TearDown() override {
-    if (!dir_.empty()) fs::remove_all(dir_);
-  }
-  CliRun Cli(const std::string& args, const std::string& env = "") {
-    const fs::path out = dir_ / "stdout", err = dir_ / "stderr";
-    const std::string command = env + " '" + cli_ + "' " + args + " >" + out.string() + " 2>" + err.string();
-    const int raw = std::system(command.c_str());
-    CliRun run{WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, Slurp(out), Slurp(err)};
-    fs::remove(out);
-    fs::remove(err);
-    return run;
+    CliTest::SetUp();
+    if (IsSkipped() || HasFatalFailure()) return;
+    score_ = S("tune.note");
+    ASSERT_EQ(Run({"kestra", "A4C4 B4C4 C5C8 D5C8 E5C2", "-o", score_}).exit, 0);
   }
   // Everything in the folder but the score: a failed render must leave nothing.
-  std::vector<std::string> Leftovers() {
-    std::vector<std::string> names;
-    for (const auto& e : fs::directory_iterator(dir_))
-      if (e.path().filename() != "tune.note") names.push_back(e.path().filename().string());
+  std::vector<std::string> Leftovers() const {
+    auto names = Entries();
+    std::erase(names, "tune.note");
     return names;
   }
-  std::string cli_, score_;
-  fs::path dir_;
+  std::string score_;
 };
-
-bool OneLine(const std::string& text) {
-  return !text.empty() && text.find('\n') == text.size() - 1;
-}
 
 }  // namespace
 
 TEST_F(RenderCli, FailuresAreOneLineAndLeaveNoFile) {
-  std::ofstream(dir_ / "garbage.note") << "\x7f" "ELF this is not a score at all\x01\x02";
+  Write("garbage.note", "\x7f" "ELF this is not a score at all\x01\x02");
   struct Row {
-    std::string name, args, env;
+    std::string name;
+    std::vector<std::string> args, env;
     int status;
     std::string says;
   } rows[] = {
-      {"no fonts", "render " + score_ + " -o " + (dir_ / "a.wav").string(),
-       "LIRENZA_SOUNDFONT=/nowhere/FluidR3_GM.sf2", 1, "/nowhere/FluidR3_GM.sf2"},
-      {"a file that is no SoundFont", "render " + score_ + " -o " + (dir_ / "a.wav").string(),
-       "LIRENZA_SOUNDFONT=" + score_, 1, "is not a SoundFont"},
-      {"folder that cannot be written", "render " + score_ + " -o /nonexistent-lirenza-dir/a.wav", "", 1,
+      {"no fonts", {"render", score_, "-o", S("a.wav")}, {"LIRENZA_SOUNDFONT=/nowhere/FluidR3_GM.sf2"}, 1,
+       "/nowhere/FluidR3_GM.sf2"},
+      {"a file that is no SoundFont", {"render", score_, "-o", S("a.wav")}, {"LIRENZA_SOUNDFONT=" + score_}, 1,
+       "is not a SoundFont"},
+      {"folder that cannot be written", {"render", score_, "-o", "/nonexistent-lirenza-dir/a.wav"}, {}, 1,
        "/nonexistent-lirenza-dir"},
-      {"output is a folder", "render " + score_ + " -o " + dir_.string() + "/sub.wav", "", 1, "sub.wav"},
-      {"garbage score", "render " + (dir_ / "garbage.note").string() + " -o " + (dir_ / "b.flac").string(), "", 1,
-       "garbage.note"},
-      {"missing score", "render " + (dir_ / "none.note").string() + " -o " + (dir_ / "c.wav").string(), "", 1,
-       "none.note"},
-      {"unknown type", "render " + score_ + " -o " + (dir_ / "d.mp3").string(), "", 2, ".wav or .flac"},
-      {"bad tempo", "render " + score_ + " -o " + (dir_ / "e.wav").string() + " --tempo 16", "", 2, "--tempo"},
+      {"output is a folder", {"render", score_, "-o", S("sub.wav")}, {}, 1, "sub.wav"},
+      {"garbage score", {"render", S("garbage.note"), "-o", S("b.flac")}, {}, 1, "garbage.note"},
+      {"missing score", {"render", S("none.note"), "-o", S("c.wav")}, {}, 1, "none.note"},
+      {"unknown type", {"render", score_, "-o", S("d.mp3")}, {}, 2, ".wav or .flac"},
+      {"bad tempo", {"render", score_, "-o", S("e.wav"), "--tempo", "16"}, {}, 2, "--tempo"},
   };
-  fs::create_directories(dir_ / "sub.wav");
+  fs::create_directories(P("sub.wav"));
   for (const auto& r : rows) {
-    const CliRun run = Cli(r.args, r.env);
-    EXPECT_EQ(run.status, r.status) << r.name << ": " << run.err;
+    const CliResult run = Run(r.args, r.env);
+    EXPECT_EQ(run.exit, r.status) << r.name << ": " << run.err;
     EXPECT_TRUE(OneLine(run.err)) << r.name << ": \"" << run.err << "\"";
     EXPECT_NE(run.err.find(r.says), std::string::npos) << r.name << ": " << run.err;
     std::vector<std::string> left = Leftovers();
@@ -102,9 +63,9 @@ TEST_F(RenderCli, FailuresAreOneLineAndLeaveNoFile) {
 
 TEST_F(RenderCli, WritesWavAndFlacInPlaceAndNothingElse) {
   for (const char* name : {"tune.wav", "tune.FLAC"}) {
-    const fs::path out = dir_ / name;
-    const CliRun run = Cli("render " + score_ + " -o " + out.string() + " --tempo 7 --instrument 41");
-    ASSERT_EQ(run.status, 0) << run.err;
+    const fs::path out = P(name);
+    const CliResult run = Run({"render", score_, "-o", out.string(), "--tempo", "7", "--instrument", "41"});
+    ASSERT_EQ(run.exit, 0) << run.err;
     EXPECT_TRUE(run.err.empty()) << "no progress bar when stderr is not a terminal: " << run.err;
     EXPECT_NE(run.out.find("instrument 41"), std::string::npos) << run.out;
     const std::string bytes = Slurp(out);
@@ -121,34 +82,30 @@ TEST_F(RenderCli, WritesWavAndFlacInPlaceAndNothingElse) {
     }
     fs::remove(out);
   }
-  const CliRun quiet = Cli("render " + score_ + " -o " + (dir_ / "q.wav").string() + " --quiet");
-  EXPECT_EQ(quiet.status, 0);
+  const CliResult quiet = Run({"render", score_, "-o", S("q.wav"), "--quiet"});
+  EXPECT_EQ(quiet.exit, 0);
   EXPECT_TRUE(quiet.out.empty() && quiet.err.empty()) << quiet.out << quiet.err;
-  fs::remove(dir_ / "q.wav");
+  fs::remove(P("q.wav"));
   EXPECT_TRUE(Leftovers().empty()) << "a temporary file was left: " << Leftovers().front();
 }
 
 TEST_F(RenderCli, AScoreThatNamesNoInstrumentPlaysTheViolinAsItsMidiFileDoes) {
-  const fs::path bare = dir_ / "bare.note";
-  std::ofstream(bare) << "136,117,0,60,60,0,0,0,9,4,C494 ;;\n";
-  const CliRun run = Cli("render " + bare.string() + " -o " + (dir_ / "bare.wav").string());
-  ASSERT_EQ(run.status, 0) << run.err;
+  Write("bare.note", "136,117,0,60,60,0,0,0,9,4,C494 ;;\n");
+  const CliResult run = Run({"render", S("bare.note"), "-o", S("bare.wav")});
+  ASSERT_EQ(run.exit, 0) << run.err;
   EXPECT_NE(run.out.find("instrument 41"), std::string::npos) << run.out;
-  fs::remove(dir_ / "bare.wav");
-  fs::remove(bare);
 }
 
 TEST_F(RenderCli, AFailedRenderKeepsTheOldFile) {
-  const fs::path out = dir_ / "keep.wav";
-  std::ofstream(out) << "old";
-  const CliRun run = Cli("render " + score_ + " -o " + out.string(), "LIRENZA_SOUNDFONT=/nowhere.sf2");
-  EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(Slurp(out), "old");
+  Write("keep.wav", "old");
+  const CliResult run = Run({"render", score_, "-o", S("keep.wav")}, {"LIRENZA_SOUNDFONT=/nowhere.sf2"});
+  EXPECT_EQ(run.exit, 1);
+  EXPECT_EQ(Slurp(P("keep.wav")), "old");
 }
 
 TEST_F(RenderCli, InstrumentsListsAllAndReportsTheFallbacks) {
-  const CliRun run = Cli("instruments");
-  ASSERT_EQ(run.status, 0) << run.err;
+  const CliResult run = Run({"instruments"});
+  ASSERT_EQ(run.exit, 0) << run.err;
   std::istringstream lines(run.out);
   std::string line, last;
   int rows = 0, exact = 0, fallback = 0;
@@ -168,11 +125,11 @@ TEST_F(RenderCli, InstrumentsListsAllAndReportsTheFallbacks) {
   EXPECT_NE(run.out.find("\n5\t0\t41\t0\t40\texact\tバイオリン\n"), std::string::npos);
   EXPECT_NE(run.out.find("\n17\t0\t16385\t128\t0\texact\t"), std::string::npos);
 
-  const CliRun json = Cli("instruments --json");
-  ASSERT_EQ(json.status, 0);
+  const CliResult json = Run({"instruments", "--json"});
+  ASSERT_EQ(json.exit, 0);
   EXPECT_NE(json.out.find("\"total\":235,\"exact\":" + std::to_string(exact)), std::string::npos);
 
-  const CliRun none = Cli("instruments", "LIRENZA_SOUNDFONT=/nowhere.sf2");
-  EXPECT_EQ(none.status, 1);
+  const CliResult none = Run({"instruments"}, {"LIRENZA_SOUNDFONT=/nowhere.sf2"});
+  EXPECT_EQ(none.exit, 1);
   EXPECT_TRUE(OneLine(none.err)) << none.err;
 }
