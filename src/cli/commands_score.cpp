@@ -39,9 +39,13 @@ int RunMidi(const Argv& argv) {
   Args args(argv, kOutputOptions, {"--strict"});
   return ForEachScore(args, ".mid", [&](const std::string& in, const std::string& out) {
     const ScoreForOutput score = LoadScoreForOutput(args, in);
-    const auto bytes =
-        SaveMidiBytes(score.staff.icv, score.gate, TempoForSlider(score.tempoSlider).tempo, score.inst);
+    int leftOut = 0;
+    const auto bytes = SaveMidiBytes(score.staff.icv, score.gate, TempoForSlider(score.tempoSlider).tempo,
+                                     score.inst, &leftOut);
     WriteOutput(out, std::string(bytes.begin(), bytes.end()));
+    if (leftOut > 0)
+      std::cerr << "lirenza-cli midi: " << in << ": " << leftOut << (leftOut == 1 ? " note was" : " notes were")
+                << " left out, its note number outside MIDI's 0..127\n";
   });
 }
 

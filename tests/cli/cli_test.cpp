@@ -162,6 +162,22 @@ TEST_F(Cli, ManyScoresGoToOneFolderAndOneBadScoreStopsNoOther) {
   EXPECT_EQ(r.out, Slurp(P("one.mid")));
 }
 
+TEST_F(Cli, MidiSaysHowManyNotesItLeftOutOfTheFile) {
+  // Note numbers past either end of MIDI's 0..127; the middle note is kept.
+  Write("w.note",
+        "136,117,0,200,200,0,0,0,9,4,C494 168,117,0,60,60,0,0,0,9,4,C494 200,117,0,-3,-3,0,0,0,9,4,C494 "
+        ";W;;5;0;7;0;0\n");
+  CliResult r = Run({"midi", S("w.note"), "-o", S("w.mid")});
+  ASSERT_EQ(r.exit, 0) << r.err;
+  EXPECT_TRUE(OneLine(r.err)) << r.err;
+  EXPECT_NE(r.err.find(": 2 notes were left out"), std::string::npos) << r.err;
+  const CliResult csv = Run({S("w.mid")}, {}, "midicsv");
+  ASSERT_EQ(csv.exit, 0) << csv.err;
+  std::size_t noteOns = 0;
+  for (std::size_t at = 0; (at = csv.out.find("Note_on_c", at)) != std::string::npos; ++at) ++noteOns;
+  EXPECT_EQ(noteOns, 2u) << csv.out;
+}
+
 TEST_F(Cli, EveryCommandAnswersHelpWithItsOwnUsage) {
   for (const char* command : {"midi", "tuning", "kestra", "scale", "inspect", "render", "instruments"}) {
     SCOPED_TRACE(command);
