@@ -5,8 +5,11 @@
 
 namespace lirenza {
 
-void FillFromToken(NoteCV& note, std::string_view token) {
-  note.note = std::string(token);
+void FillFromToken(NoteCV& note, std::string_view tokenText) {
+  // The token may be a view of the note's own token: copy it before the note changes.
+  const std::string copy(tokenText);
+  const std::string_view token = copy;
+  note.note = copy;
   std::string_view name = token.size() >= 2 ? token.substr(0, token.size() - 2) : std::string_view{};
   std::string_view base = name.substr(0, 2);
   note.nline = NotePit(base);

@@ -1,16 +1,23 @@
-// Any bytes at all must give a staff, never a crash: mutated score files go through
-// the reader, the staff, the MIDI writer and the playback list. Reading and writing
-// again must settle and keep every note.
+// Any bytes at all must give a staff, never a crash: mutated score files take the whole
+// path a file takes (reader, staff, paint, MIDI bytes, playback list, tuning, signature
+// pictures, scrolling), and the MIDI bytes must stay a valid file. Reading and writing
+// again must settle and keep every note. Built a second time with the address and
+// undefined-behaviour sanitizers, where any overflow or stray access stops the run.
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <climits>
 #include <cstdlib>
 #include <random>
 
 #include "files/midi_writer.h"
 #include "files/score_file.h"
+#include "files/strict_midi_reader.h"
+#include "score/note_tables.h"
 #include "score/staff.h"
+#include "tuning/pure_scale.h"
 #include "violin/event_list.h"
+#include "violin/tempo_table.h"
 
 using namespace lirenza;
 
@@ -21,10 +28,18 @@ const char* kSeeds[] = {
     "128,114,0,60,60,0,0,0,9,8,C498 160,111,1,63,64,-1,2,0,9,8,E4b98 192,106,0,60,60,0,0,0,0,8,0008 ;題;;5;0;7;9;2\n",
     ";;;5;0;7;0;0\n",
     "",
+    // Huge and negative numbers in every field a sum or a table index is taken of.
+    "1e308,-1e308,1,1e308,-1e308,1e308,7,-1e308,7FFFFFFFFFFFFFFF,7FFFFFFFFFFFFFFF,C498 "
+    "-1,99,0,-1,99,-1,99,-1,-1,99,C8#FF ;;;99;-1;1e308;1e308;-1e308\n",
+    "2147483647,-2147483648,0,2147483647,2147483647,2147483647,0,2147483647,F,F,B8F0 ;;;-1;99;-1;2147483647;99\n",
 };
+
+const int kExtremeInts[] = {INT_MIN, INT_MIN + 1, -1, 0, 99, 128, 200, INT_MAX - 1, INT_MAX};
+const char* kExtremeDigits[] = {"7FFFFFFFFFFFFFFF", "FFFFFFFFFFFFFFFFFFFF", "-1", "", "10", "G", "99"};
 
 std::string Mutate(std::string s, std::mt19937& rng) {
   static const char pieces[] = ";, \r\n\t0123456789-#bABCDEFGx\xE3\x81\x82\x80\xFF";
+  static const char* numbers[] = {"99999999999999999999", "1e308", "-1e308", "7FFFFFFFFFFFFFFF", "99", "-1"};
   const int edits = 1 + static_cast<int>(rng() % 8);
   for (int e = 0; e < edits; ++e) {
     const std::size_t at = s.empty() ? 0 : rng() % (s.size() + 1);
@@ -45,10 +60,55 @@ std::string Mutate(std::string s, std::mt19937& rng) {
         break;
       }
       default:  // a huge number
-        s.insert(at, "99999999999999999999");
+        s.insert(at, numbers[rng() % std::size(numbers)]);
     }
   }
   return s;
+}
+
+// A staff may hold values no file gives it (the reader holds numbers to a range; the
+// editor may not): every function after the reader must still be safe for them.
+void DamageDirectly(Staff& staff, std::mt19937& rng) {
+  auto anyInt = [&] { return kExtremeInts[rng() % std::size(kExtremeInts)]; };
+  for (NoteCV& n : staff.icv) {
+    if (rng() % 3) continue;
+    switch (rng() % 8) {
+      case 0: n.left = anyInt(); break;
+      case 1: n.top = anyInt(); break;
+      case 2: n.nline = anyInt(); break;
+      case 3: n.sf = anyInt(); break;
+      case 4: n.ks = anyInt(); break;
+      case 5: n.noteNo = anyInt(); break;
+      case 6: n.ve = kExtremeDigits[rng() % std::size(kExtremeDigits)]; break;
+      default: n.dr = kExtremeDigits[rng() % std::size(kExtremeDigits)];
+    }
+  }
+  if (rng() % 4 == 0) staff.keyN = anyInt();
+  if (rng() % 4 == 0) staff.timeN = anyInt();
+  if (rng() % 4 == 0) staff.preNote[0] = anyInt();
+  if (rng() % 4 == 0) staff.preCord[1] = anyInt();
+}
+
+// Every table and sum a note is looked up in, on the way to the screen and the speaker.
+void UseEveryTable(const Staff& staff) {
+  for (const NoteCV& n : staff.icv) {
+    NoteCV copy = n;
+    RepaintToken(copy);
+    FillFromToken(copy, copy.note);
+    StoredBackdrop(n);
+    NoteVel(n.ve);
+    NoteDur(n.dr, 1e308);
+    StaffLinePitch(n.top);
+    NotePosition(n.noteNo);
+    NoteLine(n.noteNo);
+    KeySignatureShift(staff.keyN, n.nline);
+    EntryFamily(n.top);
+    InView(n);
+    ClashSearch(staff, 0, n.left, n.top, n.IsRest());
+    InViewBar(n.left, n.top);
+    ClickColumn(n.left);
+    ClickRow(n.top);
+  }
 }
 
 }  // namespace
@@ -62,19 +122,27 @@ TEST(ReaderFuzz, MutatedFilesNeverCrashAndSettle) {
   long runs = 0;
   while (std::chrono::steady_clock::now() < deadline) {
     const std::string text = Mutate(kSeeds[rng() % std::size(kSeeds)], rng);
+    const ScoreFile first = ParseScoreFile(text);
     Staff staff;
-    const int slider = LoadScoreText(staff, text);
+    const int slider = ApplyScoreFile(staff, first);
     ASSERT_GE(slider, 0);
     ASSERT_LE(slider, 15);
+    if (rng() % 2) DamageDirectly(staff, rng);
     RepaintInView(staff);
-    MidiEvents(staff.icv, 0.95);
+    const auto file = lirenza::testing::Decode(
+        SaveMidiBytes(staff.icv, 0.95, TempoForSlider(slider).tempo, kExtremeInts[rng() % std::size(kExtremeInts)]));
+    ASSERT_TRUE(file.ok) << file.error << "\ninput: " << text;
     BuildEventList(staff.icv, 1.0, 0.95);
+    TuningTables tuning;
+    PureScale(tuning, staff.keyN);
+    KeySignaturePicture(staff.keyN);
+    TimeSignaturePicture(staff.timeN);
+    UseEveryTable(staff);
     SetMSBValue(staff, 720);
     SetMSBValue(staff, 0);
 
     // A read-and-write may tidy a file once (a line end inside the last token is cut on
     // the next read, as trailing blanks are); after that it must not drift.
-    const ScoreFile first = ParseScoreFile(text);
     const std::string once = ScoreFileText(first);
     const std::string twice = ScoreFileText(ParseScoreFile(once));
     const std::string thrice = ScoreFileText(ParseScoreFile(twice));
