@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "editor/note_entry.h"
+#include "editor/note_menu.h"
 #include "score/note_tables.h"
 
 using namespace lirenza;
@@ -141,10 +142,15 @@ TEST(NoteEntry, ButtonsSetDigitsSpacingAndGate) {
   busy.noteReading = true;
   ChooseLength(s, e, busy, 8);
   EXPECT_EQ(e.lengthButton, 4) << "refused while busy";
-  const char* digits[] = {"3", "5", "7", "8", "9", "A", "B", "D", "F"};
+  // A loudness button gives the digit the note menu shows beside the same marking,
+  // louder at every button.
   for (int v = 0; v < 9; ++v) {
     ChooseLoudness(e, v);
-    EXPECT_EQ(VelocityDigitFor(e.loudnessButton), digits[v]);
+    const std::string digit = VelocityDigitFor(e.loudnessButton);
+    ASSERT_EQ(digit.size(), 1u);
+    EXPECT_EQ(NoteMenuCaption({NoteMenuChoice::Kind::Loudness, std::stoi(digit, nullptr, 16)}),
+              digit + ":" + std::string(kLoudnessCaptions[v]));
+    if (v > 0) EXPECT_GT(std::stoi(digit, nullptr, 16), std::stoi(VelocityDigitFor(v - 1), nullptr, 16));
   }
   ChooseLoudness(e, 8);
   EXPECT_EQ(e.loudnessButton, 8) << "pressing the pressed button keeps it";
