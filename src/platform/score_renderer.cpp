@@ -14,9 +14,22 @@ long long EventFrame(double timeMicroseconds, double d, double sampleRate) {
   return std::max(0LL, std::llround(frame / kSynthBlock) * kSynthBlock);
 }
 
-RenderResult RenderEvents(Synth& synth, const RenderJob& job, const FrameSink& sink,
+RenderResult RenderEvents(Synth& synth, const RenderJob& job, const FrameSink& finalSink,
                           const RenderProgress& progress) {
   RenderResult result;
+  PeakLimiter limiter(kCeilingDb, synth.SampleRate());
+  std::vector<float> limited;
+  auto deliver = [&](const float* frames, int n) {
+    for (int i = 0; i < 2 * n; ++i) result.peak = std::max(result.peak, std::fabs(frames[i]));
+    return n == 0 || finalSink(frames, n);
+  };
+  // The limiter hands back as many frames as it takes, a look-ahead later; the last
+  // ones come out of Flush, so the sound keeps its length and its timing.
+  auto sink = [&](const float* frames, int n) {
+    if (!job.limitPeaks) return deliver(frames, n);
+    limiter.Process(frames, n, &limited);
+    return deliver(limited.data(), static_cast<int>(limited.size() / 2));
+  };
   const double rate = synth.SampleRate();
   std::vector<float> buffer(2 * kChunk);
   const long long lastFrame =
@@ -57,6 +70,11 @@ RenderResult RenderEvents(Synth& synth, const RenderJob& job, const FrameSink& s
     while (synth.ActiveVoices() > 0 && pos < tailEnd)
       if (!renderTo(std::min(tailEnd, pos + kChunk))) break;
     renderTo((pos + static_cast<long long>(job.afterSeconds * rate)) / kSynthBlock * kSynthBlock);
+  }
+  if (job.limitPeaks && !result.stopped) {
+    limiter.Flush(&limited);
+    if (!deliver(limited.data(), static_cast<int>(limited.size() / 2))) result.stopped = true;
+    result.limitedDb = limiter.LargestReductionDb();
   }
   if (progress && !result.stopped) progress(1.0);
   result.frames = pos;

@@ -24,12 +24,15 @@ struct RenderJob {
   int channel = kScorePlayer;
   double maxTailSeconds = 6.0;   // after the last event, while voices still ring
   double afterSeconds = 0.3;     // then room for the reverb to fade
+  bool limitPeaks = true;        // hold peaks under kCeilingDb (a sound file must not clip)
 };
 
 struct RenderResult {
   long long frames = 0;
   long long lastEventFrame = 0;
   bool stopped = false;  // the sink asked to stop
+  float peak = 0;        // the largest sample handed to the sink
+  double limitedDb = 0;  // the most the limiter took off a peak (0: it never acted)
 };
 
 // Interleaved stereo frames; return false to stop.

@@ -58,7 +58,8 @@ int KeyOfPitch(int pitch) { return std::clamp((pitch + 128) >> 8, 0, 127); }
 
 double TuningCents(int pitch) { return pitch * 100.0 / 256.0 + 0.5; }
 
-Synth::Synth(const SynthOptions& options) : sampleRate_(options.sampleRate) {
+Synth::Synth(const SynthOptions& options)
+    : sampleRate_(options.sampleRate), levelInstruments_(options.levelInstruments) {
   QuietFluidLog();
   settings_ = new_fluid_settings();
   fluid_settings_setnum(settings_, "synth.sample-rate", options.sampleRate);
@@ -161,6 +162,9 @@ void Synth::ApplyInstrument(int channel, int number) {
   else
     fluid_synth_activate_tuning(synth_, channel, 0, channel, 0);
   drums_[channel] = c.drums;
+  // Added to every voice the channel starts, in centibels, on top of the preset's own.
+  if (levelInstruments_)
+    fluid_synth_set_gen(synth_, channel, GEN_ATTENUATION, static_cast<float>(InstrumentAttenuationCb(number)));
   fluid_synth_program_select(synth_, channel, c.fontId, c.soundingBank, c.soundingProgram);
 }
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/sound_level.h"
 #include "violin/note_player.h"
 
 typedef struct _fluid_hashtable_t fluid_settings_t;
@@ -21,7 +22,8 @@ struct SynthOptions {
   bool effects = true;               // reverb and chorus, as the player hears it
   bool dynamicSampleLoading = true;  // samples load when a preset is chosen
   int polyphony = 256;
-  double gain = 0.2;                 // FluidSynth's own default
+  double gain = kMasterGain;
+  bool levelInstruments = true;      // attenuate each channel by its instrument's level
 };
 
 // What an instrument number selects, and what actually sounds for it.
@@ -81,6 +83,7 @@ class Synth {
   mutable std::mutex mutex_;  // guards wanted_ against the loading thread
   std::array<int, kNotePlayers> wanted_{};
   std::array<std::atomic<bool>, kNotePlayers> drums_{};
+  bool levelInstruments_;
 };
 
 // The key a pitch sounds on: the nearest one, within MIDI's 0 to 127.
