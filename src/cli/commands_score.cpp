@@ -44,8 +44,9 @@ int RunMidi(const Argv& argv) {
                                      score.inst, &leftOut);
     WriteOutput(out, std::string(bytes.begin(), bytes.end()));
     if (leftOut > 0)
-      std::cerr << "lirenza-cli midi: " << in << ": " << leftOut << (leftOut == 1 ? " note was" : " notes were")
-                << " left out, its note number outside MIDI's 0..127\n";
+      std::cerr << "lirenza-cli midi: " << in << ": " << leftOut
+                << (leftOut == 1 ? " note was left out: its note number is" : " notes were left out: their note numbers are")
+                << " outside MIDI's 0..127\n";
   });
 }
 
