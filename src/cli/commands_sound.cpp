@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <iostream>
 
@@ -20,20 +21,38 @@ namespace lirenza::cli {
 
 namespace {
 
-// Loads the fonts the player would use, or says in one line what to install.
+// Loads the fonts the player would use, or says in one line what to install. A font
+// skipped while others load is named on a line of its own, and the render goes on.
 void LoadFontsOrFail(Synth& synth, SoundFontList* used) {
   *used = FindSoundFonts();
   if (used->files.empty()) throw RunError(NoSoundFontMessage(*used));
   std::string problem;
-  if (!synth.LoadFonts(used->files, &problem)) throw RunError(problem);
+  const bool loaded = synth.LoadFonts(used->files, &problem);
+  if (!loaded) {
+    std::string joined;
+    for (char c : problem) joined += c == '\n' ? std::string("; ") : std::string(1, c);
+    throw RunError(joined);
+  }
+  // Said once per run, however many scores are rendered.
+  static bool told = false;
+  if (problem.empty() || told) return;
+  told = true;
+  for (std::size_t start = 0; start < problem.size();) {
+    std::size_t end = problem.find('\n', start);
+    if (end == std::string::npos) end = problem.size();
+    std::cerr << "lirenza-cli render: " << problem.substr(start, end - start) << '\n';
+    start = end + 1;
+  }
 }
 
-// A bar that redraws itself on one terminal line.
+// A bar that redraws itself on one terminal line. It waits a moment before drawing,
+// so a render that is over at once leaves the terminal as it was.
 class ProgressBar {
  public:
-  explicit ProgressBar(bool show) : show_(show) {}
+  explicit ProgressBar(bool show) : show_(show), started_(std::chrono::steady_clock::now()) {}
   void operator()(double fraction) {
     if (!show_) return;
+    if (!shown_ && std::chrono::steady_clock::now() - started_ < kQuietStart) return;
     const int width = 40, filled = static_cast<int>(fraction * width + 0.5);
     std::fprintf(stderr, "\rrendering [%s%s] %3d%%", std::string(filled, '#').c_str(),
                  std::string(width - filled, '.').c_str(), static_cast<int>(fraction * 100 + 0.5));
@@ -47,8 +66,10 @@ class ProgressBar {
   ~ProgressBar() { Finish(); }
 
  private:
+  static constexpr auto kQuietStart = std::chrono::milliseconds(1500);
   bool show_;
   bool shown_ = false;
+  std::chrono::steady_clock::time_point started_;
 };
 
 std::string Clock(double seconds) {
@@ -58,20 +79,16 @@ std::string Clock(double seconds) {
   return buf;
 }
 
-}  // namespace
-
-int RunRender(const Argv& argv) {
-  Args args(argv, kOutputOptions, {"--quiet"});
-  const std::string in = args.OnePositional("score file (lirenza-cli render SCORE.note -o OUT.wav)");
-  const std::string out = args.Required("-o", "OUT.wav or OUT.flac");
+void RenderOne(const Args& args, const std::string& in, const std::string& out, bool dry, bool quiet) {
   SoundFileType type;
   if (!SoundFileTypeOf(out, &type)) throw UsageError("the output must end in .wav or .flac: " + out);
-  const bool quiet = args.Flag("--quiet");
   const ScoreForOutput score = LoadScoreForOutput(args, in);
   const Staff& staff = score.staff;
   const double d = TempoForSlider(score.tempoSlider).d;
 
-  Synth synth;
+  SynthOptions options;
+  options.effects = !dry;
+  Synth synth(options);
   SoundFontList fonts;
   LoadFontsOrFail(synth, &fonts);
   RenderJob job;
@@ -96,12 +113,26 @@ int RunRender(const Argv& argv) {
   if (!quiet) {
     const double seconds = result.frames / synth.SampleRate();
     const PresetChoice preset = synth.Resolve(score.inst);
-    std::printf("%s: %s of sound, instrument %d (%s%s), tempo factor %g, rendered in %.2f s (%.0fx real time)\n",
-                out.c_str(), Clock(seconds).c_str(), score.inst, preset.presetName.c_str(),
-                preset.exact ? "" : ", in place of a missing variation", d, took,
+    const std::string sound = !preset.found ? "silent: no font holds it or its capital tone"
+                              : preset.exact ? preset.presetName
+                                             : preset.presetName + ", in place of a missing variation";
+    std::printf("%s: %s of sound, instrument %d (%s), tempo factor %g, peak %.1f dBFS%s, rendered in %.2f s "
+                "(%.0fx real time)\n",
+                out.c_str(), Clock(seconds).c_str(), score.inst, sound.c_str(), d,
+                result.peak > 0 ? 20 * std::log10(result.peak) : -200.0, dry ? ", dry" : "", took,
                 took > 0 ? seconds / took : 0.0);
   }
-  return 0;
+}
+
+}  // namespace
+
+int RunRender(const Argv& argv) {
+  Args args(argv, kOutputOptions, {"--quiet", "--strict", "--dry"});
+  const bool quiet = args.Flag("--quiet"), dry = args.Flag("--dry");
+  // With -o the output's own name says its type; a directory gets WAV files.
+  return ForEachScore(args, ".wav", [&](const std::string& in, const std::string& out) {
+    RenderOne(args, in, out, dry, quiet);
+  });
 }
 
 int RunInstruments(const Argv& argv) {

@@ -50,7 +50,18 @@ SoundStatus SoundSystem::Load(AudioSettings audio, std::function<void(const std:
   if (fonts.files.empty()) {
     fontProblem = NoSoundFontMessage(fonts);
   } else if (!synth_.LoadFonts(fonts.files, &fontProblem)) {
-    fontProblem = "no sound: " + fontProblem;
+    std::string joined;
+    for (char c : fontProblem) joined += c == '\n' ? std::string("; ") : std::string(1, c);
+    fontProblem = "no sound: " + joined;
+  } else {
+    // Some fonts loaded: each one skipped is told on its own line, and the sound goes on.
+    for (std::size_t start = 0; start < fontProblem.size();) {
+      std::size_t end = fontProblem.find('\n', start);
+      if (end == std::string::npos) end = fontProblem.size();
+      report(fontProblem.substr(start, end - start));
+      start = end + 1;
+    }
+    fontProblem.clear();
   }
   status.fontsLoaded = synth_.HasFonts();
   status.fonts = fonts.files;
@@ -64,6 +75,7 @@ SoundStatus SoundSystem::Load(AudioSettings audio, std::function<void(const std:
   status.driver = output_.Driver();
   status.audio = output_.Settings();
   // One line, the most useful one: without fonts nothing would sound on any card.
+  // (With no font at all, every file's reason is joined into that line.)
   status.message = !fontProblem.empty() ? fontProblem : output_.Problem();
   if (!status.message.empty()) report(status.message);
   return status;

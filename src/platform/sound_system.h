@@ -29,7 +29,8 @@ struct SoundStatus {
 class SoundSystem {
  public:
   // report receives the one line of trouble, once, from the loading thread (the
-  // default writes it to stderr). Nothing is reported when all is well.
+  // default writes it to stderr), and before it one line for each font skipped while
+  // others loaded. Nothing is reported when all is well.
   explicit SoundSystem(AudioSettings audio = {}, SynthOptions options = {},
                        std::function<void(const std::string&)> report = {});
   ~SoundSystem();

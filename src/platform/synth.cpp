@@ -1,10 +1,15 @@
 #include "platform/synth.h"
 
 #include <fluidsynth.h>
+#if LIRENZA_HAVE_GLIB
+#include <glib.h>
+#endif
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cerrno>
+#include <cstdint>
 #include <cstring>
 
 #include "violin/instrument_table.h"
@@ -27,16 +32,47 @@ void KeepLog(int level, const char* message, void*) {
 
 bool ValidChannel(int channel) { return channel >= 0 && channel < kNotePlayers; }
 
-// A SoundFont (.sf2, and the compressed .sf3) is a RIFF file of form "sfbk". Anything
-// else is turned away here: FluidSynth would hand it on to other loaders, which print
-// their own complaints about a file that was never meant for them.
-bool LooksLikeSoundFont(const std::string& path) {
+std::uint32_t LittleEndian32(const unsigned char* p) {
+  return p[0] | (p[1] << 8) | (p[2] << 16) | static_cast<std::uint32_t>(p[3]) << 24;
+}
+
+// Why a file cannot be a whole SoundFont, or "" when it can. A SoundFont (.sf2, and the
+// compressed .sf3) is a RIFF file of form "sfbk" whose chunks (INFO, sample data,
+// preset data) each fit in the file. Anything else is turned away before FluidSynth
+// sees it: it would hand the file on to other loaders, which print their own
+// complaints about a file that was never meant for them.
+std::string SoundFontProblem(const std::string& path) {
   std::FILE* f = std::fopen(path.c_str(), "rb");
-  if (!f) return false;
-  char head[12] = {};
+  if (!f) return std::string("cannot be read: ") + std::strerror(errno);
+  unsigned char head[12] = {};
   const bool whole = std::fread(head, 1, sizeof head, f) == sizeof head;
+  if (!whole || std::memcmp(head, "RIFF", 4) != 0 || std::memcmp(head + 8, "sfbk", 4) != 0) {
+    std::fclose(f);
+    return "it is not a SoundFont";
+  }
+  std::fseek(f, 0, SEEK_END);
+  const long long size = std::ftell(f);
+  const long long declared = 8LL + LittleEndian32(head + 4);
+  std::string problem;
+  if (declared > size) {
+    problem = "it is cut short (" + std::to_string(size) + " of its " + std::to_string(declared) + " bytes)";
+  } else {
+    bool presets = false;
+    for (long long at = 12; at + 8 <= declared && problem.empty();) {
+      unsigned char chunk[12] = {};
+      std::fseek(f, static_cast<long>(at), SEEK_SET);
+      const std::size_t got = std::fread(chunk, 1, sizeof chunk, f);
+      const long long length = LittleEndian32(chunk + 4);
+      if (got < 8 || at + 8 + length > declared)
+        problem = "a chunk runs past its end";
+      else if (got == sizeof chunk && std::memcmp(chunk, "LIST", 4) == 0 && std::memcmp(chunk + 8, "pdta", 4) == 0)
+        presets = true;
+      at += 8 + length + (length & 1);
+    }
+    if (problem.empty() && !presets) problem = "it holds no presets";
+  }
   std::fclose(f);
-  return whole && std::memcmp(head, "RIFF", 4) == 0 && std::memcmp(head + 8, "sfbk", 4) == 0;
+  return problem;
 }
 
 }  // namespace
@@ -86,13 +122,27 @@ Synth::~Synth() {
 bool Synth::LoadFonts(const std::vector<std::string>& files, std::string* error) {
   int loaded = 0;
   std::string problems;
+  auto skip = [&](const std::string& file, const std::string& why) {
+    problems += (problems.empty() ? "" : "\n") + ("skipped SoundFont " + file + ": " + why);
+  };
   for (const auto& file : files) {
-    if (!LooksLikeSoundFont(file)) {
-      problems += (problems.empty() ? "" : "; ") + file + " is not a SoundFont";
+    if (const std::string why = SoundFontProblem(file); !why.empty()) {
+      skip(file, why);
       continue;
     }
-    if (fluid_synth_sfload(synth_, file.c_str(), 0) == FLUID_FAILED) {
-      problems += (problems.empty() ? "" : "; ") + std::string("cannot load SoundFont ") + file;
+#if LIRENZA_HAVE_GLIB
+    // A font that fails FluidSynth's own loader goes on to libinstpatch's, which
+    // reports through GLib's log on stderr before we can say anything. Our line says it.
+    const GLogFunc previous = g_log_set_default_handler([](const gchar*, GLogLevelFlags, const gchar*, gpointer) {},
+                                                        nullptr);
+    const int id = fluid_synth_sfload(synth_, file.c_str(), 0);
+    g_log_set_default_handler(previous, nullptr);
+#else
+    const int id = fluid_synth_sfload(synth_, file.c_str(), 0);
+#endif
+    if (id == FLUID_FAILED) {
+      const std::string said = LastFluidError();
+      skip(file, said.empty() ? "FluidSynth cannot read it" : "FluidSynth says \"" + said + "\"");
       continue;
     }
     ++loaded;

@@ -47,7 +47,8 @@ class Synth {
 
   // Loads the files, bottom of the stack first. Any thread; notes may be played
   // meanwhile (they are silent until the fonts are there). False when no file
-  // loaded; the reasons go to *error.
+  // loaded. Each file skipped gets one line in *error saying which and why, whether or
+  // not others loaded.
   bool LoadFonts(const std::vector<std::string>& files, std::string* error);
   bool HasFonts() const { return fontsLoaded_.load(); }
   int FontCount() const;
