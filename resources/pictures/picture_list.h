@@ -18,16 +18,16 @@ struct PictureSize {
 // Sizes fixed by the controls and the drawing rules of the window.
 inline constexpr PictureSize kNoteSize{15, 35};        // every note control
 inline constexpr PictureSize kSignSize{5, 24};         // drawn at (0, 6) on a note
-inline constexpr PictureSize kStaffHeadSize{75, 150};  // HMCV
+inline constexpr PictureSize kStaffHeadSize{75, 150};  // the staff head with the clef
 inline constexpr PictureSize kSheetSize{10374, 188};   // 870 in view + 9504 of scrolling
 inline constexpr PictureSize kPrintSheetSize{855, 1210};
-inline constexpr PictureSize kKeySignatureSize{30, 76};   // KCV
-inline constexpr PictureSize kTimeSignatureSize{12, 61};  // TCV
-inline constexpr PictureSize kTempoMarkSize{16, 15};      // PCV
-inline constexpr PictureSize kRepeatBarSize{10, 150};     // RMCV
+inline constexpr PictureSize kKeySignatureSize{30, 76};   // the key signature beside the staff
+inline constexpr PictureSize kTimeSignatureSize{12, 61};  // the time signature beside the staff
+inline constexpr PictureSize kTempoMarkSize{16, 15};      // the tempo mark
+inline constexpr PictureSize kRepeatBarSize{10, 150};     // the narrow end of the staff
 inline constexpr PictureSize kPlayButtonSize{36, 36};
 inline constexpr PictureSize kConversionButtonSize{35, 35};
-inline constexpr PictureSize kWindowButtonSize{19, 24};  // SystemCV
+inline constexpr PictureSize kWindowButtonSize{19, 24};  // the window's own buttons
 inline constexpr PictureSize kSpeakerSize{25, 24};
 // The list draws one picture behind all its rows, each row showing its own slice, so
 // the picture is as wide as the list and long enough for a well filled folder.
@@ -38,7 +38,7 @@ inline constexpr PictureSize kStringSize{530, 3};  // scaled to 620 - x by 3 whe
 inline constexpr PictureSize kFingertipSize{15, 15};
 inline constexpr PictureSize kBowSize{5, 270};
 inline constexpr PictureSize kBackSize{1210, 780};
-inline constexpr PictureSize kBackButtonSize{60, 60};  // BCV
+inline constexpr PictureSize kBackButtonSize{60, 60};  // the back-picture choice
 
 inline constexpr int kBackCount = 12;
 inline constexpr std::string_view kDigits = "0123456789ABCDEF";

@@ -1,4 +1,4 @@
-// Key signatures (KCV, 30 by 76) and time signatures (TCV, 12 by 61). Both canvases
+// Key signatures (30 by 76) and time signatures (12 by 61). Both canvases
 // lie over the staff head, so these pictures are transparent but for their signs,
 // which stand on the lines of both staves.
 #include <QPainter>
@@ -10,8 +10,8 @@
 namespace lirenza::pictures {
 namespace {
 
-constexpr int kKeyTop = 98;    // Top of KCV
-constexpr int kTimeTop = 107;  // Top of TCV
+constexpr int kKeyTop = 98;    // top of the key signature canvas
+constexpr int kTimeTop = 107;  // top of the time signature canvas
 
 // Where each sign of a signature stands, in the order signs are added: the customary
 // places in the treble and in the bass staff.

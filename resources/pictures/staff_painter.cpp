@@ -14,7 +14,7 @@ namespace {
 constexpr std::array<int, 5> kTreblePitches = {77, 74, 71, 67, 64};
 constexpr std::array<int, 5> kBassPitches = {57, 53, 50, 47, 43};
 constexpr int kMiddleC = 60;
-constexpr int kStaffTop = 60;  // Top of HMCV, MCV and RMCV alike
+constexpr int kStaffTop = 60;  // top of the staff head, the staff and its narrow end alike
 
 // A note at Left L stands in view bar (L - 120) / 144; the sixteen pixels behind each
 // bar's last column hold the bar line, in the middle of the gap.

@@ -273,13 +273,13 @@ GroupChoice ChooseInstrumentGroup(int menuIndex) {
   const InstrumentGroup* g = InstrumentGroupAt(menuIndex);
   if (!g) return choice;
   choice.caption = std::string(g->name);
-  choice.instgroup = std::string(g->numbers);
-  choice.inst = IntVal(Field(g->numbers, 1));
+  choice.groupNumbers = std::string(g->numbers);
+  choice.instrument = IntVal(Field(g->numbers, 1));
   choice.rows = g->names;
   return choice;
 }
 
-int ChooseInstrument(std::string_view instgroup, int row) { return IntVal(Field(instgroup, row + 1)); }
+int ChooseInstrument(std::string_view groupNumbers, int row) { return IntVal(Field(groupNumbers, row + 1)); }
 
 int InstrumentFromMenus(int group, int row) {
   const InstrumentGroup* g = InstrumentGroupAt(group);

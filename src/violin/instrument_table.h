@@ -12,7 +12,7 @@ namespace lirenza {
 struct InstrumentGroup {
   int menuIndex;
   std::string_view name;
-  std::string_view numbers;  // instgroup: field row + 1 is the number of row `row`
+  std::string_view numbers;  // comma list: field row + 1 is the number of row `row`
   std::vector<std::string_view> names;
 };
 
@@ -23,20 +23,20 @@ inline constexpr int kInstrumentCount = 235;
 
 // The 17 groups in menu order (the separator has no entry).
 const std::vector<InstrumentGroup>& InstrumentGroups();
-// The group at a menu index of BBI0; null for the separator or outside the menu.
+// The group at an index of the group menu; null for the separator or outside the menu.
 const InstrumentGroup* InstrumentGroupAt(int menuIndex);
 
-// What choosing a group does: the group's numbers become instgroup, its first number
+// What choosing a group does: the group's numbers become groupNumbers, its first number
 // the instrument, and its names the rows of the instrument menu.
 struct GroupChoice {
-  int inst = 0;
-  std::string instgroup;
+  int instrument = 0;
+  std::string groupNumbers;
   std::string caption;
   std::vector<std::string_view> rows;
 };
 GroupChoice ChooseInstrumentGroup(int menuIndex);
 // The instrument of a row of the current group; 0 when the row has no number.
-int ChooseInstrument(std::string_view instgroup, int row);
+int ChooseInstrument(std::string_view groupNumbers, int row);
 
 // The instrument a score's stored menu values name; the violin when they name none.
 int InstrumentFromMenus(int group, int row);

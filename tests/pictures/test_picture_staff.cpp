@@ -103,7 +103,7 @@ class StaffPicturesTest : public QObject {
     QTest::newRow("Sheet") << "Sheet" << 40 << 74;  // under the key signature
     QTest::newRow("Repeat") << "Repeat" << 0 << 3;
   }
-  // HMCV, MCV and RMCV stand at Top 60: a line's row is its note's Top + 18 - 60, one
+  // The staff head, the staff and its narrow end stand at Top 60: a line's row is its note's Top + 18 - 60, one
   // pixel high, with no grey row beside it.
   void staffLinesAreCrispOnTheirRows() {
     QFETCH(QString, name);

@@ -194,18 +194,18 @@ TEST(InstrumentTable, BankAndProgramOfANumber) {
 
 TEST(InstrumentTable, ChoosingAGroupSelectsItsFirstRow) {
   const GroupChoice strings = ChooseInstrumentGroup(5);
-  EXPECT_EQ(strings.inst, kViolin);
+  EXPECT_EQ(strings.instrument, kViolin);
   EXPECT_EQ(strings.caption, "弦楽器系");
   EXPECT_EQ(strings.rows.size(), 9u);
-  EXPECT_EQ(strings.instgroup, "41,42,43,44,45,46,47,48,1065");
-  EXPECT_EQ(ChooseInstrument(strings.instgroup, 8), 1065);
+  EXPECT_EQ(strings.groupNumbers, "41,42,43,44,45,46,47,48,1065");
+  EXPECT_EQ(ChooseInstrument(strings.groupNumbers, 8), 1065);
 
   const GroupChoice kits = ChooseInstrumentGroup(17);
-  EXPECT_EQ(kits.inst, 16385);
-  EXPECT_GT(ChooseInstrument(kits.instgroup, 8), 16384) << "a drum kit sets a number above 16384";
+  EXPECT_EQ(kits.instrument, 16385);
+  EXPECT_GT(ChooseInstrument(kits.groupNumbers, 8), 16384) << "a drum kit sets a number above 16384";
 
   const GroupChoice separator = ChooseInstrumentGroup(kInstrumentSeparator);
-  EXPECT_EQ(separator.inst, 0);
+  EXPECT_EQ(separator.instrument, 0);
   EXPECT_TRUE(separator.rows.empty());
 }
 
