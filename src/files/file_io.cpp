@@ -119,7 +119,7 @@ bool ResolveLinks(const std::string& path, std::string* resolved, std::string* e
     fs::path next(target);
     current = next.is_absolute() ? next : current.parent_path() / next;
   }
-  if (error) *error = Reason("cannot follow the link", path, ELOOP);
+  if (error) *error = Reason("cannot follow the link", path, ELOOP) + "; mend or remove the link.";
   return false;
 }
 
@@ -185,7 +185,9 @@ bool AtomicFile::Open(const std::string& path, std::string* error, bool seekable
       if (dir.empty()) dir = ".";
       std::string tmpl = (dir / ("." + fs::path(targetPath_).filename().string() + ".XXXXXX")).string();
       fd_ = ::mkostemp(tmpl.data(), O_CLOEXEC);
-      if (fd_ < 0) return Fail(Reason("cannot write in", dir.string(), errno), error);
+      if (fd_ < 0)
+        return Fail(Reason("cannot write in", dir.string(), errno) + "; choose a folder that exists and that you may write in.",
+                    error);
       tempPath_ = tmpl;
       kind_ = Kind::Replace;
       registrySlot_ = RegisterTemporary(tempPath_);
