@@ -80,6 +80,17 @@ void EndOfPiece(PlaybackState& state, PlayTimer timer, int last, const PlaybackE
   state.startT = env.clock.Microseconds();
 }
 
+// Stop ends the live timer in live style, and both manual timers (play and edit mode)
+// otherwise, since the mode may have changed while the score played.
+void StopTimersOf(PlaybackState& state, bool list, PlayStyle style) {
+  if (style.live) {
+    Run(state, TimerFor(list, style), false);
+    return;
+  }
+  Run(state, TimerFor(list, PlayStyle{false, true}), false);
+  Run(state, TimerFor(list, PlayStyle{false, false}), false);
+}
+
 void Stop(PlaybackState& state, PlayStyle style, const PlaybackEnv& env) {
   state.listEnabled = true;
   Modes& modes = env.modes;
@@ -89,11 +100,8 @@ void Stop(PlaybackState& state, PlayStyle style, const PlaybackEnv& env) {
     state.buttonPicture[0] = kTransportPictures[0].up;
     state.buttonPicture[2] = kTransportPictures[2].up;
     state.playingLabel = false;
-    if (style.live) {
-      Run(state, PlayTimer::LoopSoundOnly, false);
-    } else {
-      Run(state, PlayTimer::LoopOnFingerboard, false);
-      Run(state, PlayTimer::LoopFollowingStaff, false);
+    StopTimersOf(state, false, style);
+    if (!style.live) {
       // A note removed while playing has no highlight to clear; Stop goes on, so that
       // nothing is left sounding.
       const int place = i >= 0 && i < static_cast<int>(state.events.size()) ? state.events[i].place : -1;
@@ -108,12 +116,7 @@ void Stop(PlaybackState& state, PlayStyle style, const PlaybackEnv& env) {
     state.buttonPicture[2] = kTransportPictures[2].up;
     state.buttonPicture[1] = kTransportPictures[1].down;
     state.playingLabel = false;
-    if (style.live) {
-      Run(state, PlayTimer::ListSoundOnly, false);
-    } else {
-      Run(state, PlayTimer::ListOnFingerboard, false);
-      Run(state, PlayTimer::ListFollowingStaff, false);
-    }
+    StopTimersOf(state, true, style);
   }
   // Whatever still sounds on the score's player ends, and the fingerboard is cleared.
   for (int n = kSweepLow; n <= kSweepHigh; ++n) PlayAndShow(env.sound, env.tuning, env.handPosition, n, 0);
