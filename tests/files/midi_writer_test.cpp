@@ -90,39 +90,39 @@ TEST(VariableLengthQuantity, RoundTripsInTheFewestBytes) {
 }
 
 TEST(MidiEvents, TimingComesFromDigitsNotFromDistance) {
+  using Event = std::tuple<long long, int, int>;  // tick, key, velocity, in file order
   struct Case {
     const char* name;
     std::vector<NoteCV> staff;
     double gate;
-    std::vector<std::pair<long long, int>> timesAndVelocities;
+    std::vector<Event> events;
   } cases[] = {
-      {"first note one quarter after the origin", Staff({Note(136, "C494")}), 0.95, {{480, 75}, {936, 0}}},
-      {"first note at the origin starts at 0", Staff({Note(120, "C494")}), 0.95, {{0, 75}, {456, 0}}},
+      {"first note one quarter after the origin", Staff({Note(136, "C494")}), 0.95, {{480, 60, 75}, {936, 60, 0}}},
+      {"first note at the origin starts at 0", Staff({Note(120, "C494")}), 0.85, {{0, 60, 75}, {408, 60, 0}}},
       {"far apart", Staff({Note(136, "C494"), Note(700, "D494")}), 0.95,
-       {{480, 75}, {936, 0}, {960, 75}, {1416, 0}}},
+       {{480, 60, 75}, {936, 60, 0}, {960, 62, 75}, {1416, 62, 0}}},
       {"side by side", Staff({Note(136, "C494"), Note(144, "D494")}), 0.95,
-       {{480, 75}, {936, 0}, {960, 75}, {1416, 0}}},
+       {{480, 60, 75}, {936, 60, 0}, {960, 62, 75}, {1416, 62, 0}}},
       // A chord: both start together; the clock moves by the note sorted last (the
       // shorter), and the longer one rings on past the next column.
       {"chord", Staff({Note(136, "C492"), Note(136, "E498"), Note(200, "G494")}), 0.75,
-       {{480, 75}, {480, 75}, {660, 0}, {720, 75}, {1200, 0}, {1080, 0}}},
+       {{480, 60, 75}, {480, 64, 75}, {660, 64, 0}, {720, 67, 75}, {1080, 67, 0}, {1200, 60, 0}}},
       {"chord entered short first", Staff({Note(136, "E498"), Note(136, "C492"), Note(200, "G494")}), 0.75,
-       {{480, 75}, {480, 75}, {660, 0}, {720, 75}, {1200, 0}, {1080, 0}}},
-      {"gate 0.85", Staff({Note(120, "C494")}), 0.85, {{0, 75}, {408, 0}}},
+       {{480, 60, 75}, {480, 64, 75}, {660, 64, 0}, {720, 67, 75}, {1080, 67, 0}, {1200, 60, 0}}},
+      {"chord of equal values keeps entry order", Staff({Note(136, "E494"), Note(136, "C494")}), 0.95,
+       {{480, 64, 75}, {480, 60, 75}, {936, 64, 0}, {936, 60, 0}}},
       {"a rest keeps its place in time silently", Staff({Note(136, "0004"), Note(168, "C494")}), 0.95,
-       {{480, 0}, {936, 0}, {960, 75}, {1416, 0}}},
-      {"a whole, a sixteenth triplet and a dotted sixteenth", Staff({Note(136, "C490"), Note(168, "D49C"), Note(200, "E499")}),
-       1.0, {{480, 75}, {2400, 0}, {2400, 75}, {2480, 0}, {2480, 75}, {2660, 0}}},
+       {{480, 60, 0}, {936, 60, 0}, {960, 60, 75}, {1416, 60, 0}}},
+      {"a whole, a sixteenth triplet and a dotted sixteenth",
+       Staff({Note(136, "C490"), Note(168, "D49C"), Note(200, "E499")}), 1.0,
+       {{480, 60, 75}, {2400, 60, 0}, {2400, 62, 75}, {2480, 62, 0}, {2480, 64, 75}, {2660, 64, 0}}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    auto events = MidiEvents(c.staff, c.gate);
-    ASSERT_EQ(events.size(), c.timesAndVelocities.size() + 1);
-    std::vector<std::pair<long long, int>> got;
-    for (std::size_t i = 1; i < events.size(); ++i) got.push_back({events[i].time, events[i].velocity});
-    auto want = c.timesAndVelocities;
-    std::stable_sort(want.begin(), want.end(), [](auto a, auto b) { return a.first < b.first; });
-    EXPECT_EQ(got, want);
+    const auto events = MidiEvents(c.staff, c.gate);
+    std::vector<Event> got;
+    for (std::size_t i = 1; i < events.size(); ++i) got.emplace_back(events[i].time, events[i].pitch, events[i].velocity);
+    EXPECT_EQ(got, c.events);
   }
 }
 

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <climits>
+#include <cmath>
+#include <set>
 #include <vector>
 
 #include "score/note_cv.h"
@@ -61,23 +64,15 @@ TEST(NoteToken, KeySignatureSpellsTheNoteWithoutItsOwnSign) {
   EXPECT_EQ(n.note, "A4#98");
 }
 
-TEST(NoteStr, IrregularFirstOctaveAndTheEndsOfTheTables) {
-  struct Case {
-    int pitch;
-    const char* sharp;
-    const char* flat;
-  } cases[] = {
-      {-1, "", ""},       {0, "00", "00"},     {1, "-C#", "-Db"},  {2, "-D", "-D"},
-      {10, "-A#", "-Bb"}, {11, "-B", "-B"},    {12, "C0", "C0"},   {13, "C0#", "D0b"},
-      {22, "A0#", "B0b"}, {60, "C4", "C4"},    {61, "C4#", "D4b"}, {70, "A4#", "B4b"},
-      {106, "A7#", "B7b"}, {107, "B7", "B7"},  {108, "C8", "C8"},  {109, "", ""},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.pitch);
-    EXPECT_EQ(NoteStr(c.pitch, 0), c.sharp);
-    EXPECT_EQ(NoteStr(c.pitch, 1), c.sharp);
-    EXPECT_EQ(NoteStr(c.pitch, -1), c.flat);
+TEST(NoteStr, EveryPitchSpelledSharpOrFlatReadsBackAsItself) {
+  for (int pitch = 21; pitch <= 108; ++pitch) {
+    for (int sf : {0, -1}) {
+      NoteCV n;
+      FillFromToken(n, NoteStr(pitch, sf) + "94");
+      EXPECT_EQ(n.noteNo, pitch) << NoteStr(pitch, sf);
+    }
   }
+  for (int pitch : {-1, 109, INT_MIN, INT_MAX}) EXPECT_EQ(NoteStr(pitch, 0), "") << pitch;
 }
 
 TEST(NotePit, InvertsTheSharpTableFromA0ToC8Only) {
@@ -91,32 +86,52 @@ TEST(NotePit, InvertsTheSharpTableFromA0ToC8Only) {
   for (int p = 21; p <= 108; ++p) EXPECT_EQ(NotePit(NoteStr(p, 0)), p) << p;
 }
 
-TEST(DigitTables, VelocityAndDurationByDigit) {
-  const int velocity[16] = {0, 5, 10, 20, 30, 40, 50, 60, 70, 75, 85, 90, 100, 110, 120, 127};
-  const int ticks[16] = {1920, 1440, 960, 720, 480, 420, 360, 320, 240, 180, 160, 120, 80, 60, 40, 30};
+TEST(DigitTables, DurationDigitsAreTheNoteValuesOfTheMenu) {
+  // Each digit as a note value: a fraction of a whole note, dots, triplet. 480 ticks
+  // make a quarter.
+  struct Value {
+    int ofWhole, dots;
+    bool triplet;
+  } values[16] = {{1, 0, false},  {2, 1, false}, {2, 0, false},  {4, 1, false}, {4, 0, false},  {8, 2, false},
+                  {8, 1, false},  {4, 0, true},  {8, 0, false},  {16, 1, false}, {8, 0, true},  {16, 0, false},
+                  {16, 0, true},  {32, 0, false}, {32, 0, true}, {64, 0, false}};
   const char* digits = "0123456789ABCDEF";
   for (int i = 0; i < 16; ++i) {
-    std::string d(1, digits[i]);
-    EXPECT_EQ(NoteVel(d), velocity[i]) << d;
-    EXPECT_EQ(NoteTicks(d), ticks[i]) << d;
-    std::string lower(1, static_cast<char>(std::tolower(digits[i])));
-    EXPECT_EQ(NoteVel(lower), velocity[i]) << lower;
+    const Value& v = values[i];
+    double ticks = 1920.0 / v.ofWhole * (2 - 1.0 / (1 << v.dots));
+    if (v.triplet) ticks = ticks * 2 / 3;
+    EXPECT_EQ(NoteTicks(std::string(1, digits[i])), static_cast<int>(ticks)) << digits[i];
+    EXPECT_EQ(NoteTicks(std::string(1, static_cast<char>(std::tolower(digits[i])))), static_cast<int>(ticks));
   }
-  // Unreadable digits read as 0: silence, and the longest length.
+}
+
+TEST(DigitTables, VelocityRisesWithTheDigitFromSilenceToTheTop) {
+  const char* digits = "0123456789ABCDEF";
+  EXPECT_EQ(NoteVel("0"), 0);
+  EXPECT_EQ(NoteVel("F"), 127);
+  for (int i = 1; i < 16; ++i) EXPECT_GT(NoteVel(std::string(1, digits[i])), NoteVel(std::string(1, digits[i - 1])));
+}
+
+TEST(DigitTables, UnreadableDigitsReadAsSilenceWhateverTheirSize) {
+  // An empty or unknown digit reads as 0: silence, and the longest length.
   EXPECT_EQ(NoteVel(""), 0);
   EXPECT_EQ(NoteVel("Z"), 0);
   EXPECT_EQ(NoteTicks(""), 1920);
-  EXPECT_EQ(NoteTicks("x"), 1920);
-  EXPECT_EQ(NoteVel("10"), 0);  // past the table
+  // Past the table there is no value, however large the number, and no wrap-around.
+  for (const char* digit : {"10", "FFFFFFFF", "100000000", "7FFFFFFFFFFFFFFF", "FFFFFFFFFFFFFFFFFFFF"}) {
+    EXPECT_EQ(NoteVel(digit), 0) << digit;
+    EXPECT_EQ(NoteTicks(digit), 0) << digit;
+  }
 }
 
 TEST(DigitTables, NoteDurScalesByTheTempoFactor) {
   EXPECT_EQ(NoteDur("4", 1.0), 480000);
-  EXPECT_EQ(NoteDur("4", 1.25), 600000);
   EXPECT_EQ(NoteDur("4", 0.6), 288000);
-  EXPECT_EQ(NoteDur("0", 1.5), 2880000);
   EXPECT_EQ(NoteDur("F", 0.65), 19500);
-  EXPECT_EQ(NoteDur("B", 0.95), 114000);
+  // A damaged factor gives a long or empty note, never an out-of-range cast.
+  EXPECT_GT(NoteDur("0", 1e308), 0);
+  EXPECT_LT(NoteDur("0", -1e308), 0);
+  EXPECT_EQ(NoteDur("0", std::nan("")), 0);
 }
 
 TEST(StaffPlaces, NotePositionReadsBlackKeysAsTheFlatAbove) {
@@ -144,6 +159,7 @@ TEST(StaffPlaces, StaffLineTableRunsThreePixelsADiatonicStep) {
   EXPECT_EQ(StaffLinePitch(120), 60);
   EXPECT_EQ(StaffLinePitch(189), 21);
   EXPECT_EQ(StaffLinePitch(121), 60);  // truncated to the line above
+  for (int top : {INT_MIN, -1, 0, 33, 35, 192, INT_MAX}) EXPECT_EQ(StaffLinePitch(top), 0) << top;
   // An octave is seven steps, 21 pixels.
   for (int top = 36; top + 21 <= 189; top += 3) EXPECT_EQ(StaffLinePitch(top) - StaffLinePitch(top + 21), 12) << top;
 }
@@ -163,8 +179,7 @@ TEST(KeySignature, AltersTheLinesInTheOrderOfSharpsAndFlats) {
       EXPECT_EQ(KeySignatureShift(keyN, 24 + pc), expected) << "key " << keyN << " low octave";
     }
   }
-  EXPECT_EQ(KeySignatureShift(15, 65), 0);
-  EXPECT_EQ(KeySignatureShift(-1, 65), 0);
+  for (int keyN : {15, -1, INT_MAX, INT_MIN}) EXPECT_EQ(KeySignatureShift(keyN, 65), 0);
 }
 
 TEST(PictureFamily, EachRouteHasItsOwnThresholds) {
@@ -198,13 +213,16 @@ TEST(PictureNames, OneHexDigitNamesAPictureAnythingElseNone) {
   EXPECT_EQ(NotePictureName('n', ""), "");
   EXPECT_EQ(NotePictureName('n', "G"), "");
   EXPECT_EQ(NotePictureName('n', "10"), "");
-  EXPECT_EQ(KeySignaturePicture(0), "S0");
-  EXPECT_EQ(KeySignaturePicture(7), "S7");
-  EXPECT_EQ(KeySignaturePicture(8), "F1");
-  EXPECT_EQ(KeySignaturePicture(14), "F7");
-  EXPECT_EQ(KeySignaturePicture(15), "");
-  EXPECT_EQ(KeySignaturePicture(-1), "");
-  const char* times[] = {"T4", "T7", "T3", "T2", "T1", "T9", "T5", "T6", "T8"};
-  for (int t = 0; t < 9; ++t) EXPECT_EQ(TimeSignaturePicture(t), times[t]);
+  // Key k shows k sharps up to 7, then k - 7 flats; nine time signatures; nothing else.
+  for (int keyN = 0; keyN <= 14; ++keyN)
+    EXPECT_EQ(KeySignaturePicture(keyN), keyN <= 7 ? "S" + std::to_string(keyN) : "F" + std::to_string(keyN - 7));
+  std::set<std::string> times;
+  for (int t = 0; t < 9; ++t) times.insert(TimeSignaturePicture(t));
+  EXPECT_EQ(times.size(), 9u);
+  EXPECT_EQ(times.count(""), 0u);
+  for (int n : {-1, 15, 1000, INT_MAX, INT_MIN}) {
+    EXPECT_EQ(KeySignaturePicture(n), "") << n;
+    if (n != 15) EXPECT_EQ(TimeSignaturePicture(n), "") << n;
+  }
   EXPECT_EQ(TimeSignaturePicture(9), "");
 }
