@@ -59,9 +59,6 @@ TEST(NoteEntry, DoubleClickWindowGuardsAndBarSelection) {
   EXPECT_TRUE(EnterNoteAt(s, e, {}, {}, 1029, 340, 78)) << "lastClickTicks stays: every click within the window makes a note";
   EXPECT_FALSE(EnterNoteAt(s, e, {}, {}, 1030, 380, 78)) << "30 ticks is not";
   EXPECT_EQ(s.NoteCount(), 2);
-  Modes busy;
-  busy.playflag = true;
-  EXPECT_FALSE(EnterNoteAt(s, e, busy, {}, 1031, 20, 78));
   Modifiers shift;
   shift.shift = true;
   EXPECT_FALSE(EnterNoteAt(s, e, {}, shift, 1032, 20, 78));
@@ -138,10 +135,6 @@ TEST(NoteEntry, ButtonsSetDigitsSpacingAndGate) {
   }
   Staff s;
   EntryState e;
-  Modes busy;
-  busy.noteReading = true;
-  ChooseLength(s, e, busy, 8);
-  EXPECT_EQ(e.lengthButton, 4) << "refused while busy";
   // A loudness button gives the digit the note menu shows beside the same marking,
   // louder at every button.
   for (int v = 0; v < 9; ++v) {
