@@ -457,28 +457,24 @@ TEST_F(PlaybackFixture, ATimerThatIsNotRunningDoesNothing) {
   EXPECT_EQ(state.noteNo, 1);
 }
 
+// Entering a button shows it pressed and the mouse-up releases it; leaving releases
+// it too, except the Play or List button whose piece is running.
 TEST(TransportPictures, EnterPressesExitReleasesUnlessRunning) {
-  struct Case {
-    const char* action;
-    int index;
-    Modes modes;
-    const char* picture;
-  } cases[] = {
-      {"enter", 0, {}, "PlayButtonB"},       {"enter", 3, {}, "ChangeMidi1"},
-      {"enter", 6, {}, "PlayAiff1"},         {"up", 1, {}, "StopButton"},
-      {"up", 4, {}, "PlayMidi0"},            {"up", 0, {false, true, false}, "PlayButton"},
-      {"exit", 5, {}, "MidiToAiff0"},        {"exit", 0, {}, "PlayButton"},
-      {"exit", 0, {false, true, false}, "PlayButtonB"},
-      {"exit", 2, {false, false, true}, "RepeatButtonB"},
-      {"exit", 2, {false, true, false}, "RepeatButton"},
-      {"exit", 1, {false, true, true}, "StopButton"},
-  };
-  for (const auto& c : cases) {
-    PlaybackState state;
-    TransportMouseEnter(state, c.index);
-    const std::string a = c.action;
-    if (a == "up") TransportMouseUp(state, c.index);
-    if (a == "exit") TransportMouseExit(state, c.index, c.modes);
-    EXPECT_EQ(state.buttonPicture[c.index], c.picture) << c.action << " " << c.index;
+  const Modes playing{false, true, false}, listing{false, false, true};
+  for (int index = 0; index < kTransportButtons; ++index) {
+    SCOPED_TRACE(index);
+    const auto& pictures = kTransportPictures[index];
+    EXPECT_NE(pictures.up, pictures.down);
+    for (const Modes& modes : {Modes{}, playing, listing}) {
+      PlaybackState state;
+      TransportMouseEnter(state, index);
+      EXPECT_EQ(state.buttonPicture[index], pictures.down);
+      TransportMouseExit(state, index, modes);
+      const bool held = (index == 0 && modes.playflag) || (index == 2 && modes.repeatflag);
+      EXPECT_EQ(state.buttonPicture[index], held ? pictures.down : pictures.up);
+      TransportMouseEnter(state, index);
+      TransportMouseUp(state, index);
+      EXPECT_EQ(state.buttonPicture[index], pictures.up);
+    }
   }
 }
