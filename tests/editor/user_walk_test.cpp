@@ -17,17 +17,6 @@ using namespace lirenza::testing;
 
 namespace {
 
-struct NoView : StaffView {
-  void RefreshNote(int) override {}
-  void RefreshStaff() override {}
-};
-struct NoList : ScoreList {
-  int Rows() const override { return 0; }
-  int SelectedRow() const override { return 0; }
-  void Select(int) override {}
-  void SetNotes() override {}
-};
-
 struct Walk : ::testing::Test {
   Staff staff;
   EntryState entry;
@@ -110,8 +99,8 @@ TEST_F(Walk, EnterChangeKeyAndBackThenPlayTheChordWithAFakeClock) {
   // Play it: C and E together at 480 ms, G when the column's last note (E) ends.
   FakeClock clock;
   clock.now = 0;
-  NoView view;
-  NoList list;
+  FakeStaffView view(rig.log);
+  FakeScoreList list(rig.log, staff, modes);
   int handPosition = 0;
   double d = 1.0;
   const double gate = entry.soundingShare;

@@ -115,6 +115,31 @@ class FakeStaffView : public StaffView {
   Log& log_;
 };
 
+// The score list beside the staff: each row a score that SetNotes loads onto the staff.
+class FakeScoreList : public ScoreList {
+ public:
+  FakeScoreList(Log& log, Staff& staff, const Modes& modes) : log_(log), staff_(staff), modes_(modes) {}
+  int Rows() const override { return static_cast<int>(scores.size()); }
+  int SelectedRow() const override { return selected; }
+  void Select(int row) override {
+    selected = row;
+    log_.push_back("select " + std::to_string(row));
+  }
+  void SetNotes() override {
+    log_.push_back("load " + std::to_string(selected) + (modes_.noteReading ? " reading" : ""));
+    staff_.icv.resize(1);
+    if (selected < 0 || selected >= Rows()) return;  // a wrong row loads an empty staff
+    for (const NoteCV& n : scores[selected]) staff_.AddNote(n);
+  }
+  std::vector<std::vector<NoteCV>> scores;
+  int selected = 0;
+
+ private:
+  Log& log_;
+  Staff& staff_;
+  const Modes& modes_;
+};
+
 class FakeConfirm : public Confirm {
  public:
   bool Ask(const std::string& message, const std::string&, const std::string&) override {
