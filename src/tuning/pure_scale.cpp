@@ -13,7 +13,7 @@ const std::string_view kKeyNames =
     "変ホ長調(bE)/ハ短調(C),変イ長調(bA)/ヘ短調(F),変ニ長調(bD)/変ロ短調(bB),"
     "変ト長調(bG)/変ホ短調(bE),変ハ長調(bC)/変イ短調(bA)";
 
-const std::string_view kSentStr =
+const std::string_view kRatioList =
     "8/15,9/16,3/5,5/8,2/3,45/64,3/4,4/5,5/6,9/10,15/16,1,16/15,9/8,6/5,5/4,4/3,45/32,3/2,8/5,5/3,9/5,15/8";
 
 namespace {
@@ -43,7 +43,7 @@ void PureScale(TuningTables& t, int keyN) {
   if (keyN < 0 || keyN > 14) keyN = 0;
   const Tonic tonic = kTonics[keyN];
   for (int k = 0; k < 12; ++k) t.scale[k] = tonic.hz * kRatios[k][0] / kRatios[k][1];
-  t.sentStr = std::string(kSentStr);
+  t.ratioList = std::string(kRatioList);
   const double semitone = std::log(std::pow(2.0, 0.08333333333333333));
   for (int i = 0; i <= 9; ++i) {
     for (int k = 0; k < 12; ++k) {
@@ -54,7 +54,7 @@ void PureScale(TuningTables& t, int keyN) {
     }
   }
   for (int j = 0; j < 12; ++j) {
-    t.efr[j] = Field(t.sentStr, j - tonic.offset + 12);
+    t.efr[j] = Field(t.ratioList, j - tonic.offset + 12);
     t.efs[j] = std::to_string(t.h[j + 60]);
   }
   t.keyName = Field(kKeyNames, keyN + 1);

@@ -13,14 +13,14 @@ struct TuningTables {
   std::array<double, 12> scale{};          // Hz of the twelve degrees above the tonic
   std::array<long long, kPitchTableSize> h{};  // whole Hz for each pitch index
   std::array<long long, kPitchTableSize> p{};  // pitch for each index, semitones × 256
-  std::string sentStr;                     // the ratio list the EFR row reads from
+  std::string ratioList;                   // every ratio the tuning panel can show
   std::array<std::string, 12> efr;         // ratio of each pitch class to the tonic
   std::array<std::string, 12> efs;         // Hz of each pitch class around middle C
   std::string keyName;                     // ST(39)
 };
 
 extern const std::string_view kKeyNames;   // the 15 key names, one literal
-extern const std::string_view kSentStr;
+extern const std::string_view kRatioList;
 
 // Rebuilds every table from keyN; a keyN outside 0 to 14 tunes as key 0. Indexes outside
 // the key's ten octaves keep what they held, as a retuned instrument keeps strings it

@@ -5,7 +5,7 @@
 
 namespace lirenza {
 
-std::vector<PlayEvent> BuildEventList(const std::vector<NoteCV>& notes, double d, double tGT) {
+std::vector<PlayEvent> BuildEventList(const std::vector<NoteCV>& notes, double tempoFactor, double gate) {
   std::vector<PlayEvent> events(1);
   if (notes.empty()) return events;
   const std::vector<int> order = PlayingOrder(notes);
@@ -15,9 +15,9 @@ std::vector<PlayEvent> BuildEventList(const std::vector<NoteCV>& notes, double d
     const int c = order[k];
     const NoteCV& note = notes[c];
     const NoteCV& before = notes[order[k - 1]];
-    if (note.left != before.left) t += static_cast<double>(NoteDur(before.dr, d));
+    if (note.left != before.left) t += static_cast<double>(NoteDur(before.dr, tempoFactor));
     events.push_back(PlayEvent{c, t, note.noteNo, NoteVel(note.ve)});
-    events.push_back(PlayEvent{c, t + static_cast<double>(NoteDur(note.dr, d)) * tGT, note.noteNo, 0});
+    events.push_back(PlayEvent{c, t + static_cast<double>(NoteDur(note.dr, tempoFactor)) * gate, note.noteNo, 0});
   }
   SortEventsByTime(events, [](const PlayEvent& e) { return e.time; });
   return events;

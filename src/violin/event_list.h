@@ -10,13 +10,13 @@ namespace lirenza {
 
 struct PlayEvent {
   int place = 0;      // index of the note in the staff that made the event
-  double time = 0;    // microseconds from the start of the piece, before the factor d
+  double time = 0;    // microseconds from the start of the piece, at the tempo factor
   int pitch = 0;      // pitch index: the note's noteNo
   int velocity = 0;   // 0 ends the note
 };
 
-// Orders the notes by Left as playback does and builds the list. `d` scales every
-// length; tGT is the share of a note that sounds.
-std::vector<PlayEvent> BuildEventList(const std::vector<NoteCV>& notes, double d, double tGT);
+// Orders the notes by Left as playback does and builds the list. tempoFactor scales
+// every length; gate is the share of a note that sounds. O(n log n) in the notes.
+std::vector<PlayEvent> BuildEventList(const std::vector<NoteCV>& notes, double tempoFactor, double gate);
 
 }  // namespace lirenza
