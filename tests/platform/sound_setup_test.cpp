@@ -133,3 +133,25 @@ TEST(SoundSystem, WithoutFontsItSaysWhatToInstallAndStillTakesEveryCall) {
   ASSERT_EQ(reports.size(), 1u);
   EXPECT_NE(reports[0].find("/nowhere/GM.sf2"), std::string::npos) << reports[0];
 }
+
+TEST(SoundSystem, EachFontSkippedIsReportedOnItsOwnLineAndTheOthersPlay) {
+  const std::string good = "/usr/share/sounds/sf2/FluidR3_GS.sf2";
+  if (!fs::exists(good)) GTEST_SKIP() << "FluidR3_GS.sf2 is not installed";
+  const fs::path dir = TempDir();
+  const std::string junk = Touch(dir / "junk.sf2");
+  const std::string empty = (dir / "empty.sf2").string();
+  std::ofstream(empty, std::ios::binary) << std::string("RIFF\x04\0\0\0sfbk", 12);
+  ::setenv(kSoundFontEnv, (junk + ":" + good + ":" + empty).c_str(), 1);
+  std::vector<std::string> reports;
+  {
+    SoundSystem sound({}, {}, [&](const std::string& line) { reports.push_back(line); });
+    EXPECT_TRUE(sound.WaitReady().fontsLoaded);
+  }
+  ::unsetenv(kSoundFontEnv);
+  fs::remove_all(dir);
+  ASSERT_GE(reports.size(), 2u);
+  EXPECT_NE(reports[0].find(junk), std::string::npos) << reports[0];
+  EXPECT_NE(reports[0].find("not a SoundFont"), std::string::npos) << reports[0];
+  EXPECT_NE(reports[1].find(empty), std::string::npos) << reports[1];
+  for (const auto& line : reports) EXPECT_EQ(line.find('\n'), std::string::npos) << line;
+}

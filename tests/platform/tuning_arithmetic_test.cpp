@@ -26,32 +26,6 @@ TEST(PitchToKey, TheNearestKeyWithinMidiRange) {
   for (const auto& r : rows) EXPECT_EQ(KeyOfPitch(r.pitch), r.key) << "pitch " << r.pitch;
 }
 
-TEST(PitchToKey, CentsFlooredByTheSynthAreRoundedToTheNearest) {
-  // FluidSynth keeps the whole cent below what it is given: with the half cent added
-  // that becomes the nearest whole cent, never more than half a cent away.
-  for (int pitch = 50 * 256; pitch < 90 * 256; pitch += 7) {
-    const double exact = pitch * 100.0 / 256.0;
-    const double sounded = std::floor(TuningCents(pitch));
-    EXPECT_LE(std::fabs(sounded - exact), 0.5) << "pitch " << pitch;
-  }
-}
-
-TEST(EventFrames, TimeTimesDOnTheNearestBlock) {
-  struct Row {
-    double time, d;
-    long long frame;
-  } rows[] = {
-      {0, 1.0, 0},
-      {480000, 1.0, 21184},   // 21168 frames: 330.75 blocks, nearest boundary 331
-      {720000, 1.0, 31744},   // 31752 frames: 496.1 blocks
-      {480000, 1.5, 31744},   // the same instant reached through d
-      {480000, 0.6, 12672},   // 12700.8 frames: 198.45 blocks
-      {1000, 1.0, 64},        // 44.1 frames round up to the first block
-      {700, 1.0, 0},          // 30.9 frames round down to the start
-  };
-  for (const auto& r : rows) EXPECT_EQ(EventFrame(r.time, r.d, 44100), r.frame) << r.time << " at d " << r.d;
-}
-
 TEST(EventFrames, NeverMoreThanHalfABlockFromTheExactInstant) {
   for (double d : {1.5, 1.0, 0.6})
     for (double t = 0; t < 3e8; t += 123457.0) {
