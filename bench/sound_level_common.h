@@ -31,11 +31,11 @@ inline LevelRender RenderLevel(const std::string& line, int instrument, const Sy
   Staff staff;
   ChangeKestra(staff, line);
   RenderJob job;
-  job.d = TempoForSlider(kTempoSliderStart).d;
-  job.events = BuildEventList(staff.icv, job.d, 0.95);
+  job.tempoFactor = TempoForSlider(kTempoSliderStart).d;
+  job.events = BuildEventList(staff.icv, job.tempoFactor, 0.95);
   TuningTables t;
   PureScale(t, staff.keyN);
-  job.p = t.p;
+  job.pitches = t.p;
   job.limitPeaks = limit;
   synth.SelectInstrument(job.channel, instrument);
   const RenderResult r = RenderEvents(synth, job, [](const float*, int) { return true; });

@@ -35,11 +35,11 @@ double RenderToWav(const Staff& staff, const std::vector<std::string>& fonts, co
   std::string error;
   if (!synth.LoadFonts(fonts, &error)) return 0;
   RenderJob job;
-  job.d = TempoForSlider(kTempoSliderStart).d;
-  job.events = BuildEventList(staff.icv, job.d, 0.95);
+  job.tempoFactor = TempoForSlider(kTempoSliderStart).d;
+  job.events = BuildEventList(staff.icv, job.tempoFactor, 0.95);
   TuningTables t;
   PureScale(t, staff.keyN);
-  job.p = t.p;
+  job.pitches = t.p;
   synth.SelectInstrument(job.channel, kViolin);
   SoundFileWriter writer;
   if (!writer.Open(out, SoundFileType::Wav, 44100, &error)) return 0;

@@ -93,10 +93,10 @@ void RenderOne(const Args& args, const std::string& in, const std::string& out, 
   LoadFontsOrFail(synth, &fonts);
   RenderJob job;
   job.events = BuildEventList(staff.icv, d, score.gate);
-  job.d = d;
+  job.tempoFactor = d;
   TuningTables tables;
   PureScale(tables, staff.keyN);
-  job.p = tables.p;
+  job.pitches = tables.p;
   synth.SelectInstrument(job.channel, score.inst);
 
   SoundFileWriter writer;

@@ -9,8 +9,8 @@ namespace {
 constexpr int kChunk = 64 * kSynthBlock;  // 4096 frames
 }
 
-long long EventFrame(double timeMicroseconds, double d, double sampleRate) {
-  const double frame = timeMicroseconds * d * sampleRate / 1e6;
+long long EventFrame(double timeMicroseconds, double tempoFactor, double sampleRate) {
+  const double frame = timeMicroseconds * tempoFactor * sampleRate / 1e6;
   return std::max(0LL, std::llround(frame / kSynthBlock) * kSynthBlock);
 }
 
@@ -33,7 +33,7 @@ RenderResult RenderEvents(Synth& synth, const RenderJob& job, const FrameSink& f
   const double rate = synth.SampleRate();
   std::vector<float> buffer(2 * kChunk);
   const long long lastFrame =
-      job.events.size() > 1 ? EventFrame(job.events.back().time, job.d, rate) : 0;
+      job.events.size() > 1 ? EventFrame(job.events.back().time, job.tempoFactor, rate) : 0;
   result.lastEventFrame = lastFrame;
   const double expected = static_cast<double>(lastFrame) + rate;  // a second of tail, roughly
   long long pos = 0;
@@ -61,8 +61,8 @@ RenderResult RenderEvents(Synth& synth, const RenderJob& job, const FrameSink& f
 
   for (std::size_t i = 1; i < job.events.size(); ++i) {
     const PlayEvent& e = job.events[i];
-    if (!renderTo(EventFrame(e.time, job.d, rate))) break;
-    const int pitch = (e.pitch >= 0 && e.pitch < kPitchTableSize) ? static_cast<int>(job.p[e.pitch]) : 0;
+    if (!renderTo(EventFrame(e.time, job.tempoFactor, rate))) break;
+    const int pitch = (e.pitch >= 0 && e.pitch < kPitchTableSize) ? static_cast<int>(job.pitches[e.pitch]) : 0;
     synth.PlayNote(job.channel, pitch, e.velocity);
   }
   if (!result.stopped) {

@@ -1,8 +1,9 @@
 #pragma once
 // Renders what playback sounds, faster than real time: the event list stepped against
-// a clock made of samples instead of a timer. Event i sounds at its time × d (the list
-// was built at factor d and playback compares time × d with the clock, so d counts
-// twice), with the pitch p gives its index, on the score's player.
+// a clock made of samples instead of a timer. Event i sounds at its time × the tempo
+// factor (the list was built at that factor and playback compares time × factor with
+// the clock, so the factor counts twice), with the pitch the table gives its index, on
+// the score's player.
 #include <array>
 #include <functional>
 #include <vector>
@@ -15,12 +16,12 @@ namespace lirenza {
 
 // FluidSynth starts a note on the boundary of its 64-frame blocks.
 inline constexpr int kSynthBlock = 64;
-inline constexpr int kScorePlayer = 1;  // NP(1)
+inline constexpr int kScorePlayer = 1;  // the player that plays the score in the window
 
 struct RenderJob {
   std::vector<PlayEvent> events;  // element 0 is the blank
-  double d = 1.0;
-  std::array<long long, kPitchTableSize> p{};
+  double tempoFactor = 1.0;
+  std::array<long long, kPitchTableSize> pitches{};  // pitch (1/256 semitone) of each index
   int channel = kScorePlayer;
   double maxTailSeconds = 6.0;   // after the last event, while voices still ring
   double afterSeconds = 0.3;     // then room for the reverb to fade
@@ -42,8 +43,8 @@ using RenderProgress = std::function<void(double fraction)>;
 RenderResult RenderEvents(Synth& synth, const RenderJob& job, const FrameSink& sink,
                           const RenderProgress& progress = {});
 
-// The frame an event starts on: time × d, moved to the nearest block boundary, so a
-// note is never more than half a block (0.73 ms at 44.1 kHz) early or late.
-long long EventFrame(double timeMicroseconds, double d, double sampleRate);
+// The frame an event starts on: time × tempo factor, moved to the nearest block
+// boundary, so a note is never more than half a block (0.73 ms at 44.1 kHz) early or late.
+long long EventFrame(double timeMicroseconds, double tempoFactor, double sampleRate);
 
 }  // namespace lirenza

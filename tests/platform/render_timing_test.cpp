@@ -28,11 +28,11 @@ RenderJob JobFor(double d) {
   Staff staff;
   ChangeKestra(staff, kScore);
   RenderJob job;
-  job.d = d;
+  job.tempoFactor = d;
   job.events = BuildEventList(staff.icv, d, 0.85);
   TuningTables t;
   PureScale(t, staff.keyN);
-  job.p = t.p;
+  job.pitches = t.p;
   job.afterSeconds = 0;
   return job;
 }

@@ -30,11 +30,11 @@ RenderJob ScaleJob(int scale) {
   Staff staff;
   ChangeKestra(staff, kScaleLines[scale].line);
   RenderJob job;
-  job.d = TempoForSlider(kTempoSliderStart).d;
-  job.events = BuildEventList(staff.icv, job.d, 0.95);
+  job.tempoFactor = TempoForSlider(kTempoSliderStart).d;
+  job.events = BuildEventList(staff.icv, job.tempoFactor, 0.95);
   TuningTables t;
   PureScale(t, staff.keyN);
-  job.p = t.p;
+  job.pitches = t.p;
   return job;
 }
 
@@ -102,7 +102,7 @@ TEST(SoundLevel, ALoudDenseChordNeverClipsAndKeepsItsTiming) {
     // Twelve keys struck as hard as MIDI allows at 0.5 s, held a second.
     for (int key = 48; key < 84; key += 3) {
       job.events.push_back({0, 500000.0, key, 127});
-      job.p[key] = key * 256;
+      job.pitches[key] = key * 256;
     }
     for (int key = 48; key < 84; key += 3) job.events.push_back({0, 1500000.0, key, 0});
     // A fresh synthesizer for each render, so no reverb of the first rings in the second.
