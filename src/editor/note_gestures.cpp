@@ -46,8 +46,8 @@ void NoteMouseDrag(Staff& staff, int index, long long ticks, int x, int y, const
   n.left += x - n.mX;
   n.top += y - n.mY;
   if (ticks - n.doubleCT > kDoubleClickTicks && n.left == staff.preNote[0] && n.top == staff.preNote[1] &&
-      ports.np[1] && n.noteNo >= 0 && n.noteNo < kPitchTableSize)
-    ports.np[1]->PlayNote(static_cast<int>(tuning.p[n.noteNo]), 0);
+      ports.players[1] && n.noteNo >= 0 && n.noteNo < kPitchTableSize)
+    ports.players[1]->PlayNote(static_cast<int>(tuning.p[n.noteNo]), 0);
 }
 
 void NoteMouseUp(Staff& staff, int index, const SoundPorts& ports, const TuningTables& tuning) {
@@ -63,8 +63,8 @@ void NoteMouseUp(Staff& staff, int index, const SoundPorts& ports, const TuningT
   }
   n.top = ClashSearch(staff, index, n.left, n.top, false);
   SetNoteFamily(n, EntryFamily(n.top));
-  if (ports.np[1] && n.noteNo >= 0 && n.noteNo < kPitchTableSize)
-    ports.np[1]->PlayNote(static_cast<int>(tuning.p[n.noteNo]), 0);
+  if (ports.players[1] && n.noteNo >= 0 && n.noteNo < kPitchTableSize)
+    ports.players[1]->PlayNote(static_cast<int>(tuning.p[n.noteNo]), 0);
   n.nline = StaffLinePitch(n.top);
   n.ks = KeySignatureShift(staff.keyN, n.nline);
   n.sf = SfOfSign(n.sib, n.ks, n.sf);

@@ -36,8 +36,8 @@ std::string NoteMenuCaption(NoteMenuChoice choice) {
 }
 
 std::vector<NoteMenu> OpenNoteMenu(const NoteCV& note, const SoundPorts& ports, const TuningTables& tuning) {
-  if (ports.np[1] && note.noteNo >= 0 && note.noteNo < kPitchTableSize)
-    ports.np[1]->PlayNote(static_cast<int>(tuning.p[note.noteNo]), 0);
+  if (ports.players[1] && note.noteNo >= 0 && note.noteNo < kPitchTableSize)
+    ports.players[1]->PlayNote(static_cast<int>(tuning.p[note.noteNo]), 0);
   NoteMenu volume{"音量の変更", {}}, length{"音長の変更", {}}, accidental{"臨時符号", {}};
   auto item = [](Kind kind, int value, bool checked) {
     const NoteMenuChoice choice{kind, value};

@@ -75,7 +75,7 @@ MouseDownResult FingerboardMouseDown(int x, int y, const Modifiers& mods, const 
   if (row == 0) return {};
   const int cell = CellOfX(x);
   const int index = FingerboardPitch(row, cell);
-  if (ports.np[0]) ports.np[0]->PlayNote(static_cast<int>(tuning.p[index]), kMouseVelocity);
+  if (ports.players[0]) ports.players[0]->PlayNote(static_cast<int>(tuning.p[index]), kMouseVelocity);
   if (ports.view) ports.view->ShowFinger(row, cell);
   press = {index, row, cell};
   const Spelling s = SpellForScore(index, mods.option);
@@ -84,8 +84,8 @@ MouseDownResult FingerboardMouseDown(int x, int y, const Modifiers& mods, const 
 
 void FingerboardMouseUp(const FingerPress& press, const TuningTables& tuning, const SoundPorts& ports) {
   const int index = press[0];
-  if (ports.np[0] && index >= 0 && index < kPitchTableSize)
-    ports.np[0]->PlayNote(static_cast<int>(tuning.p[index]), 0);
+  if (ports.players[0] && index >= 0 && index < kPitchTableSize)
+    ports.players[0]->PlayNote(static_cast<int>(tuning.p[index]), 0);
   if (ports.view) ports.view->HideFinger(press[1], press[2]);
 }
 

@@ -21,8 +21,8 @@ StringCell PositionOf(int index, int handPosition) {
 }
 
 void PlayAndShow(const SoundPorts& ports, const TuningTables& tuning, int handPosition, int index, int velocity) {
-  if (ports.np[1] && index >= 0 && index < kPitchTableSize)
-    ports.np[1]->PlayNote(static_cast<int>(tuning.p[index]), velocity);
+  if (ports.players[1] && index >= 0 && index < kPitchTableSize)
+    ports.players[1]->PlayNote(static_cast<int>(tuning.p[index]), velocity);
   const StringCell sc = PositionOf(index, handPosition);
   if (sc.string == 0 || !ports.view) return;
   if (velocity != 0) ports.view->ShowFinger(sc.string, sc.cell);

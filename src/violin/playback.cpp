@@ -26,8 +26,8 @@ void StopOnMissingNote(PlaybackState& state) {
 }
 
 void SoundOnly(const PlayEvent& e, const PlaybackEnv& env) {
-  if (env.sound.np[1] && e.pitch >= 0 && e.pitch < kPitchTableSize)
-    env.sound.np[1]->PlayNote(static_cast<int>(env.tuning.p[e.pitch]), e.velocity);
+  if (env.sound.players[1] && e.pitch >= 0 && e.pitch < kPitchTableSize)
+    env.sound.players[1]->PlayNote(static_cast<int>(env.tuning.p[e.pitch]), e.velocity);
 }
 
 // Follows the score on the staff: pages the view when the note is off its right end,
@@ -159,7 +159,7 @@ PlayTimer TimerFor(bool list, PlayStyle style) {
 }
 
 void StartPiece(PlaybackState& state, const PlaybackEnv& env) {
-  state.events = BuildEventList(env.staff.icv, env.d, env.soundingShare);
+  state.events = BuildEventList(env.staff.icv, env.tempoFactor, env.soundingShare);
   state.startT = env.clock.Microseconds();
   state.noteNo = 1;
   state.noteCount = static_cast<int>(state.events.size()) - 1;
@@ -171,7 +171,7 @@ bool PlaybackTick(PlaybackState& state, PlayTimer timer, const PlaybackEnv& env)
   bool carried = false;
   if (i >= 1 && i <= state.noteCount && i < static_cast<int>(state.events.size())) {
     const PlayEvent& e = state.events[i];
-    if (e.time * env.d > env.clock.Microseconds() - state.startT) return false;
+    if (e.time * env.tempoFactor > env.clock.Microseconds() - state.startT) return false;
     switch (timer) {
       case PlayTimer::LoopSoundOnly:
       case PlayTimer::ListSoundOnly:
@@ -202,7 +202,7 @@ bool PlaybackTick(PlaybackState& state, PlayTimer timer, const PlaybackEnv& env)
 double MicrosecondsUntilDue(const PlaybackState& state, const PlaybackEnv& env) {
   const int i = state.noteNo;
   if (i < 1 || i > state.noteCount || i >= static_cast<int>(state.events.size())) return 0;
-  const double wait = state.events[i].time * env.d - (env.clock.Microseconds() - state.startT);
+  const double wait = state.events[i].time * env.tempoFactor - (env.clock.Microseconds() - state.startT);
   return wait > 0 ? wait : 0;
 }
 

@@ -40,14 +40,15 @@ class ScoreList {
   virtual void SetNotes() = 0;
 };
 
-// What playback works on. d and soundingShare are read where they are used: moving the tempo
+// What playback works on. tempoFactor (the tempo row's d, larger is slower) and
+// soundingShare are read where they are used: moving the tempo
 // slider mid-piece moves every event still to come.
 struct PlaybackEnv {
   Staff& staff;
   Modes& modes;
   const TuningTables& tuning;
   const int& handPosition;
-  const double& d;
+  const double& tempoFactor;
   const double& soundingShare;
   const Clock& clock;
   SoundPorts sound;

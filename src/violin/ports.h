@@ -49,7 +49,7 @@ class FingerboardView {
 
 // The seven players and the fingerboard, as the sounding paths need them.
 struct SoundPorts {
-  std::array<NotePlayer*, kNotePlayers> np{};
+  std::array<NotePlayer*, kNotePlayers> players{};
   FingerboardView* view = nullptr;
 };
 

@@ -85,7 +85,7 @@ struct FakeSound {
   SoundPorts ports;
   FakeSound() {
     for (int k = 0; k < kNotePlayers; ++k) players.emplace_back(log, k);
-    for (int k = 0; k < kNotePlayers; ++k) ports.np[k] = &players[k];
+    for (int k = 0; k < kNotePlayers; ++k) ports.players[k] = &players[k];
     ports.view = &view;
   }
   // Log lines of the fingerboard only: "G s/c" shown, "GF s/c" taken away, "clean".
