@@ -2,6 +2,7 @@
 // place the hand position gives.
 #include <gtest/gtest.h>
 
+#include "violin/fingerboard.h"
 #include "violin/key_push.h"
 #include "fakes.h"
 
@@ -15,14 +16,13 @@ TEST(PositionOf, StringBoundariesInEachPosition) {
       {{55, 66}, {67, 73}, {74, 80}, {81, 91}},
       {{55, 70}, {71, 76}, {77, 83}, {84, 91}},
   };
-  const int open[5] = {0, 76, 69, 62, 55};
   for (int pos = 0; pos < 3; ++pos) {
     for (int k = 0; k < 4; ++k) {
       const int string = 4 - k;
       for (int index : {ranges[pos][k][0], ranges[pos][k][1]}) {
         const StringCell sc = PositionOf(index, pos);
         EXPECT_EQ(sc.string, string) << "index " << index << " position " << pos;
-        EXPECT_EQ(sc.cell, index - open[string]) << "index " << index << " position " << pos;
+        EXPECT_EQ(FingerboardPitch(sc.string, sc.cell), index) << "index " << index << " position " << pos;
       }
     }
     EXPECT_EQ(PositionOf(54, pos).string, 0);
