@@ -134,24 +134,19 @@ TEST(DigitTables, NoteDurScalesByTheTempoFactor) {
   EXPECT_EQ(NoteDur("0", std::nan("")), 0);
 }
 
-TEST(StaffPlaces, NotePositionReadsBlackKeysAsTheFlatAbove) {
-  struct Case {
-    int pitch, top;
-  } cases[] = {{60, 120}, {61, 117}, {59, 123}, {62, 117}, {70, 102}, {71, 102}, {108, 36},
-               {107, 39}, {106, 39}, {24, 183}, {23, 186}, {22, 186}, {21, 189}, {20, 189},
-               {0, 189},  {109, 189}, {120, 189}, {-5, 189}};
-  for (const auto& c : cases) EXPECT_EQ(NotePosition(c.pitch), c.top) << c.pitch;
-}
-
-TEST(StaffPlaces, NoteLineStandsTwoStepsAboveEntry) {
-  struct Case {
-    int pitch, top;
-  } cases[] = {{60, 114}, {72, 93}, {48, 135}, {61, 114}, {71, 96}, {69, 99}, {55, 123}, {108, 30}};
-  for (const auto& c : cases) EXPECT_EQ(NoteLine(c.pitch), c.top) << c.pitch;
-  for (int p = 21; p <= 108; ++p)
-    if (NoteStr(p, 0).find('#') == std::string::npos) {
-      EXPECT_EQ(NotePosition(p) - NoteLine(p), 6) << p;
-    }
+TEST(StaffPlaces, NotesStandOnTheirLineAndBlackKeysOnTheLineAbove) {
+  for (int pitch = 22; pitch <= 108; ++pitch) {
+    const bool black = NoteStr(pitch, 0).find('#') != std::string::npos;
+    EXPECT_EQ(StaffLinePitch(NotePosition(pitch)), black ? pitch + 1 : pitch) << pitch;
+    // A kestra line puts the head two diatonic steps (six pixels) higher, and a black
+    // key on the line of the natural below it.
+    if (!black) EXPECT_EQ(NotePosition(pitch) - NoteLine(pitch), 6) << pitch;
+    else EXPECT_EQ(NoteLine(pitch), NoteLine(pitch - 1)) << pitch;
+  }
+  EXPECT_EQ(NotePosition(60), 120);
+  EXPECT_EQ(NoteLine(60), 114);
+  // Below the staff's lowest step, and past its top, notes go to the bottom line.
+  for (int pitch : {21, 0, 109, -5, INT_MIN, INT_MAX}) EXPECT_EQ(NotePosition(pitch), 189) << pitch;
 }
 
 TEST(StaffPlaces, StaffLineTableRunsThreePixelsADiatonicStep) {
