@@ -43,10 +43,10 @@ const Command kCommands[] = {
      lirenza::cli::RunInspect},
     {"render",
      "render SCORE.note... (-o OUT.wav|OUT.flac | -d DIR) [--tempo 0..15] [--instrument N] [--gate G] "
-     "[--quiet] [--strict]",
+     "[--dry] [--quiet] [--strict]",
      "Plays each score into a WAV or FLAC file in just intonation, faster than real time;\n"
      "with -d, DIR/NAME.wav for each. Defaults: the score's tempo and instrument, gate 0.95.\n"
-     "Repairs and --strict as for midi.\n",
+     "--dry leaves out reverb and chorus. Repairs and --strict as for midi.\n",
      lirenza::cli::RunRender},
     {"instruments", "instruments [--json]",
      "Lists the 235 instruments and whether the installed SoundFonts hold each.\n",
