@@ -121,7 +121,8 @@ TEST(MidiEvents, TimingComesFromDigitsNotFromDistance) {
     SCOPED_TRACE(c.name);
     const auto events = MidiEvents(c.staff, c.gate);
     std::vector<Event> got;
-    for (std::size_t i = 1; i < events.size(); ++i) got.emplace_back(events[i].time, events[i].pitch, events[i].velocity);
+    for (std::size_t i = 1; i < events.size(); ++i)
+      got.emplace_back(events[i].time, events[i].pitch, events[i].velocity);
     EXPECT_EQ(got, c.events);
   }
 }
@@ -146,7 +147,8 @@ TEST(MidiEvents, ANoteWithoutAMidiKeyIsLeftOutButKeepsItsTime) {
         Staff({Note(136, "C494"), Rest(168, "0002", 0), Note(200, "E494"), Rest(232, "0004", 0), Note(264, "F494")}),
         0.95);
     std::vector<std::tuple<long long, int, int>> got, want;
-    for (std::size_t i = 1; i < events.size(); ++i) got.emplace_back(events[i].time, events[i].pitch, events[i].velocity);
+    for (std::size_t i = 1; i < events.size(); ++i)
+      got.emplace_back(events[i].time, events[i].pitch, events[i].velocity);
     for (std::size_t i = 1; i < asRests.size(); ++i)
       if (asRests[i].pitch != 0) want.emplace_back(asRests[i].time, asRests[i].pitch, asRests[i].velocity);
     EXPECT_EQ(got, want);
@@ -210,7 +212,8 @@ TEST(MidiWriter, DamagedScoresAlwaysGiveAValidFile) {
       ASSERT_EQ(d.notes[i].key, events[i + 1].pitch) << round;
     }
     int sounding = 0, ons = 0;
-    for (int i = 1; i <= count; ++i) sounding += staff[i].noteNo >= 0 && staff[i].noteNo <= 127 && NoteVel(staff[i].ve) > 0;
+    for (int i = 1; i <= count; ++i)
+      sounding += staff[i].noteNo >= 0 && staff[i].noteNo <= 127 && NoteVel(staff[i].ve) > 0;
     for (const auto& n : d.notes) ons += n.velocity > 0;
     ASSERT_EQ(ons, sounding) << round;
   }

@@ -100,7 +100,8 @@ TEST(PlayingOrder, AgreesWithTheWalkOnRandomStaffs) {
     for (int i = 0; i < count; ++i) {
       NoteCV n;
       n.left = 104 + 8 * static_cast<int>(rng() % columns);
-      n.dr = rng() % 10 ? std::string(1, "0123456789ABCDEF"[rng() % 16]) : std::string(rng() % 2 ? "" : "7FFFFFFFFFFFFFFF");
+      const bool damaged = rng() % 10 == 0;
+      n.dr = damaged ? std::string(rng() % 2 ? "" : "7FFFFFFFFFFFFFFF") : std::string(1, "0123456789ABCDEF"[rng() % 16]);
       notes.push_back(n);
     }
     ASSERT_EQ(PlayingOrder(notes), WalkedOrder(notes)) << "round " << round;
