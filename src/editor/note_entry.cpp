@@ -48,7 +48,7 @@ void PlaceNote(const Staff& staff, NoteCV& n, int left, int top) {
 }  // namespace
 
 bool EnterNoteAt(Staff& staff, EntryState& entry, const Modes& modes, Modifiers mods, long long ticks, int x,
-                   int y) {
+                 int y) {
   if (modes.Busy() || mods.Any()) return false;
   staff.preNote[0] = ClickColumn(x);
   staff.preNote[1] = ClickRow(y);

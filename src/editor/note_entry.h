@@ -11,10 +11,10 @@
 namespace lirenza {
 
 struct EntryState {
-  int lengthButton = 4;       // pressed length button: 0..15 notes, 16..31 rests
-  int loudnessButton = 4;       // pressed loudness button, 0..8
-  double soundingShare = 0.95;    // share of a note that sounds, by the articulation buttons
-  long long lastClickTicks = 0;    // Ticks of the last single click on the staff
+  int lengthButton = 4;          // pressed length button: 0..15 notes, 16..31 rests
+  int loudnessButton = 4;        // pressed loudness button, 0..8
+  double soundingShare = 0.95;   // share of a note that sounds, by the articulation buttons
+  long long lastClickTicks = 0;  // Ticks of the last single click on the staff
 };
 
 inline constexpr long long kDoubleClickTicks = 30;
@@ -33,7 +33,7 @@ std::string VelocityDigitFor(int loudnessButton);
 // and selects the bar; a second within 30 ticks makes a note there. True when a note
 // was made.
 bool EnterNoteAt(Staff& staff, EntryState& entry, const Modes& modes, Modifiers mods, long long ticks, int x,
-                   int y);
+                 int y);
 
 // The narrow canvas at the right end of the staff: a press there counts as the first
 // click of a double click on the staff.

@@ -63,7 +63,7 @@ HandGeometry HandGeometryAt(int string, int cell) {
 }
 
 MouseDownResult FingerboardMouseDown(int x, int y, const Modifiers& mods, const Modes& modes, Staff& staff,
-                              FingerPress& press, const TuningTables& tuning, const SoundPorts& ports) {
+                                     FingerPress& press, const TuningTables& tuning, const SoundPorts& ports) {
   if (modes.playflag || modes.repeatflag) return {};
   // The note about to be entered would fall right of the staff: turn the page first,
   // even when the click then misses the strings.

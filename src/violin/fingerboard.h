@@ -64,7 +64,7 @@ struct MouseDownResult {
 using FingerPress = std::array<int, 3>;  // sounding pitch index, string, cell of the press
 
 MouseDownResult FingerboardMouseDown(int x, int y, const Modifiers& mods, const Modes& modes, Staff& staff,
-                              FingerPress& press, const TuningTables& tuning, const SoundPorts& ports);
+                                     FingerPress& press, const TuningTables& tuning, const SoundPorts& ports);
 // Ends what the press started, wherever the pointer is now.
 void FingerboardMouseUp(const FingerPress& press, const TuningTables& tuning, const SoundPorts& ports);
 
