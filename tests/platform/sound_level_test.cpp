@@ -2,7 +2,9 @@
 // the instrument, a render never clips, and live playing is as loud as the render.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cmath>
+#include <cstdlib>
 #include <fstream>
 
 #include "cli_harness.h"
@@ -163,4 +165,37 @@ TEST_F(SoundFontCli, ACutShortFontIsSkippedWithOneLineAndTheGoodOnePlays) {
   EXPECT_NE(none.err.find("cut short"), std::string::npos) << none.err;
   EXPECT_NE(none.err.find("not a SoundFont"), std::string::npos) << none.err;
   EXPECT_FALSE(std::filesystem::exists(P("u.wav")));
+}
+
+TEST_F(SoundFontCli, ProgressIsDrawnOnlyOnATerminalAndOnlyForALongRender) {
+  if (std::system("command -v script >/dev/null 2>&1") != 0) GTEST_SKIP() << "script(1) gives no terminal here";
+  std::string line;
+  for (int i = 0; i < 64; ++i) line += std::string(i ? " " : "") + (i % 2 ? "G4F0" : "C4F0");
+  ASSERT_EQ(Run({"kestra", line, "-o", S("long.note")}).exit, 0);
+  const std::string cli = std::getenv("LIRENZA_CLI");
+  const std::string render = cli + " render " + S("long.note") + " --tempo 0 -o " + S("long.wav");
+  // Under script(1) stdout and stderr are a terminal; "2>" makes stderr a file again.
+  // The terminal row shows the bar can be seen at all, so the file row's silence counts.
+  struct Row {
+    const char* name;
+    std::string command;
+    bool terminal;
+  } rows[] = {
+      {"stderr on a terminal", render, true},
+      {"stderr into a file", render + " 2>" + S("err.txt"), false},
+  };
+  for (const auto& r : rows) {
+    const auto started = std::chrono::steady_clock::now();
+    const auto run = Run({"-qec", r.command, "/dev/null"}, {}, "script");
+    const double took = std::chrono::duration<double>(std::chrono::steady_clock::now() - started).count();
+    ASSERT_EQ(run.exit, 0) << r.name << ": " << run.out;
+    const bool drawn = run.out.find("rendering [") != std::string::npos ||
+                       lirenza::test::Slurp(P("err.txt")).find("rendering [") != std::string::npos;
+    if (!r.terminal)
+      EXPECT_FALSE(drawn) << r.name;
+    else if (took > 2.0)  // how long a render takes depends on the machine
+      EXPECT_TRUE(drawn) << r.name << ", " << took << " s";
+    else if (took < 1.0)
+      EXPECT_FALSE(drawn) << r.name << ": a render over at once draws nothing";
+  }
 }
