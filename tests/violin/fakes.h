@@ -109,7 +109,7 @@ class FakeStaffView : public StaffView {
  public:
   explicit FakeStaffView(Log& log) : log_(log) {}
   void RefreshNote(int index) override { log_.push_back("refresh " + std::to_string(index)); }
-  void RefreshStaff() override { log_.push_back("refresh MCV"); }
+  void RefreshStaff() override { log_.push_back("refresh staff"); }
 
  private:
   Log& log_;

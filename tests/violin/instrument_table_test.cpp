@@ -176,20 +176,19 @@ TEST(InstrumentTable, EveryMelodicGroupHoldsItsEightGmProgramsAndTheirVariations
   }
 }
 
+// Numbers count from 1 through the 128 programs of bank 0, then bank 1, and so on:
+// every number is one bank and program, and back again.
 TEST(InstrumentTable, BankAndProgramOfANumber) {
-  struct Row {
-    int number, bank, program;
-  } rows[] = {
-      {1, 0, 0},       {41, 0, 40},     {128, 0, 127},   {129, 1, 0},     {186, 1, 57},
-      {359, 2, 102},   {1025, 8, 0},    {2049, 16, 0},   {3077, 24, 4},   {4113, 32, 16},
-      {16385, 128, 0}, {16393, 128, 8}, {16441, 128, 56}, {16512, 128, 127},
-      {0, 0, 0},  // no instrument: the first program rather than a negative one
-  };
-  for (const auto& r : rows) {
-    const BankProgram bp = BankProgramOf(r.number);
-    EXPECT_EQ(bp.bank, r.bank) << r.number;
-    EXPECT_EQ(bp.program, r.program) << r.number;
+  for (int number = 1; number <= 16512; ++number) {
+    const BankProgram bp = BankProgramOf(number);
+    ASSERT_GE(bp.program, 0);
+    ASSERT_LT(bp.program, 128);
+    ASSERT_EQ(bp.bank * 128 + bp.program + 1, number);
   }
+  EXPECT_EQ(BankProgramOf(kViolin).program, 40) << "General MIDI's violin";
+  EXPECT_EQ(BankProgramOf(16385).bank, 128) << "the first drum kit";
+  EXPECT_EQ(BankProgramOf(0).program, 0) << "no instrument: the first program rather than a negative one";
+  EXPECT_EQ(BankProgramOf(0).bank, 0);
 }
 
 TEST(InstrumentTable, ChoosingAGroupSelectsItsFirstRow) {

@@ -203,15 +203,15 @@ TEST_F(PlaybackFixture, FollowingTheStaffMovesTheHighlightAndRepaints) {
   Add(Note(168, 62));
   ASSERT_TRUE(Press(0, kManualEdit));
   ASSERT_TRUE(state.Running(PlayTimer::LoopFollowingStaff));
-  EXPECT_EQ(TickLog(480000, PlayTimer::LoopFollowingStaff), (Log{"NP1 p(60) 75", "G 4/5", "refresh 0", "refresh 1", "refresh MCV"}));
+  EXPECT_EQ(TickLog(480000, PlayTimer::LoopFollowingStaff), (Log{"NP1 p(60) 75", "G 4/5", "refresh 0", "refresh 1", "refresh staff"}));
   EXPECT_TRUE(staff.icv[1].nOnFlag);
-  EXPECT_EQ(TickLog(840000, PlayTimer::LoopFollowingStaff), (Log{"NP1 p(60) 0", "GF 4/5", "refresh 1", "refresh MCV"}));
+  EXPECT_EQ(TickLog(840000, PlayTimer::LoopFollowingStaff), (Log{"NP1 p(60) 0", "GF 4/5", "refresh 1", "refresh staff"}));
   EXPECT_FALSE(staff.icv[1].nOnFlag);
-  EXPECT_EQ(TickLog(960000, PlayTimer::LoopFollowingStaff), (Log{"NP1 p(62) 75", "G 3/0", "refresh 1", "refresh 2", "refresh MCV"}));
+  EXPECT_EQ(TickLog(960000, PlayTimer::LoopFollowingStaff), (Log{"NP1 p(62) 75", "G 3/0", "refresh 1", "refresh 2", "refresh staff"}));
   EXPECT_TRUE(staff.icv[2].nOnFlag);
   // The last event, then the end of the piece repaints its note and the staff.
   EXPECT_EQ(TickLog(1320000, PlayTimer::LoopFollowingStaff),
-            (Log{"NP1 p(62) 0", "GF 3/0", "refresh 2", "refresh 2", "refresh MCV"}));
+            (Log{"NP1 p(62) 0", "GF 3/0", "refresh 2", "refresh 2", "refresh staff"}));
   EXPECT_FALSE(staff.icv[2].nOnFlag);
 }
 
