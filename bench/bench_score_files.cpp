@@ -41,18 +41,18 @@ Staff ManyNotes(int count, Entry entry) {
   std::mt19937 rng(1);
   const char* hex = "0123456789ABCDEF";
   Staff s;
-  s.icv.reserve(static_cast<std::size_t>(count) + 1);
+  s.notes.reserve(static_cast<std::size_t>(count) + 1);
   for (int i = 0; i < count; ++i) {
     const int column = entry == Entry::RightToLeft ? count - 1 - i : entry == Entry::OneChord ? 0 : i;
-    NoteCV n;
+    Note n;
     FillFromToken(n, "C498");
     n.left = 136 + 8 * column + 16 * (column / 16);
     n.top = 57 + 3 * static_cast<int>(rng() % 36);
-    n.nline = 48 + static_cast<int>(rng() % 36);
-    n.ve = std::string(1, hex[1 + rng() % 15]);
-    n.dr = std::string(1, hex[rng() % 16]);
-    RepaintToken(n);
-    n.backdrop = "n" + n.dr;
+    n.linePitch = 48 + static_cast<int>(rng() % 36);
+    n.velocityDigit = std::string(1, hex[1 + rng() % 15]);
+    n.durationDigit = std::string(1, hex[rng() % 16]);
+    RespellToken(n);
+    n.picture = "n" + n.durationDigit;
     s.AddNote(n);
   }
   return s;
@@ -71,8 +71,8 @@ constexpr double kMaxRatio = 1.5;
 void ReportRatio(const char* what, int runs, const Staff& inOrder, const Staff& other) {
   auto work = [](const Staff& staff) {
     return [&staff] {
-      SaveMidiBytes(staff.icv, 0.95, TempoForSlider(7).tempo, 41);
-      BuildEventList(staff.icv, 1.0, 0.95);
+      MidiFileBytes(staff.notes, 0.95, TempoForSlider(7).tempo, 41);
+      BuildEventList(staff.notes, 1.0, 0.95);
     };
   };
   const double base = MedianMs(runs, work(inOrder));
@@ -108,9 +108,9 @@ int main(int argc, char** argv) {
              WriteFileAtomically(notePath, SaveFileText(s, settings), &error);
            }), 50);
     Report(reversed ? "  MIDI export, reversed entry" : "  MIDI export (order, events, write)", MedianMs(runs, [&] {
-             WriteFileAtomically(midiPath, SaveMidiBytes(staff.icv, 0.95, TempoForSlider(7).tempo, 41), &error);
+             WriteFileAtomically(midiPath, MidiFileBytes(staff.notes, 0.95, TempoForSlider(7).tempo, 41), &error);
            }), 50);
-    Report("  playback event list", MedianMs(runs, [&] { BuildEventList(staff.icv, 1.0, 0.95); }), 50);
+    Report("  playback event list", MedianMs(runs, [&] { BuildEventList(staff.notes, 1.0, 0.95); }), 50);
   }
   {
     const int runs300k = shortRun ? 1 : 9;

@@ -17,7 +17,7 @@ inline Staff ThreeMinuteScore() {
   std::string line;
   for (int i = 0; i < 188; ++i) line += std::string(i ? " " : "") + names[i % std::size(names)] + "C2";
   Staff staff;
-  ChangeKestra(staff, line);
+  LoadKestraLine(staff, line);
   return staff;
 }
 

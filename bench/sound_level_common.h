@@ -29,12 +29,12 @@ inline LevelRender RenderLevel(const std::string& line, int instrument, const Sy
   std::string error;
   if (!synth.LoadFonts(fonts, &error)) return {};
   Staff staff;
-  ChangeKestra(staff, line);
+  LoadKestraLine(staff, line);
   RenderJob job;
-  job.tempoFactor = TempoForSlider(kTempoSliderStart).d;
-  job.events = BuildEventList(staff.icv, job.tempoFactor, 0.95);
+  job.tempoFactor = TempoForSlider(kTempoSliderStart).tempoFactor;
+  job.events = BuildEventList(staff.notes, job.tempoFactor, 0.95);
   TuningTables t;
-  PureScale(t, staff.keyN);
+  TuneToKey(t, staff.keySignature);
   job.pitches = t.p;
   job.limitPeaks = limit;
   synth.SelectInstrument(job.channel, instrument);

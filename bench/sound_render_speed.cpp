@@ -35,10 +35,10 @@ double RenderToWav(const Staff& staff, const std::vector<std::string>& fonts, co
   std::string error;
   if (!synth.LoadFonts(fonts, &error)) return 0;
   RenderJob job;
-  job.tempoFactor = TempoForSlider(kTempoSliderStart).d;
-  job.events = BuildEventList(staff.icv, job.tempoFactor, 0.95);
+  job.tempoFactor = TempoForSlider(kTempoSliderStart).tempoFactor;
+  job.events = BuildEventList(staff.notes, job.tempoFactor, 0.95);
   TuningTables t;
-  PureScale(t, staff.keyN);
+  TuneToKey(t, staff.keySignature);
   job.pitches = t.p;
   synth.SelectInstrument(job.channel, kViolin);
   SoundFileWriter writer;
@@ -81,7 +81,7 @@ int main(int argc, char** argv) {
   // same fonts and the same on-demand sample loading.
   std::string error;
   const TempoRow tempo = TempoForSlider(kTempoSliderStart);
-  WriteFileAtomically(mid, SaveMidiBytes(staff.icv, 0.95, tempo.tempo, kViolin), &error);
+  WriteFileAtomically(mid, MidiFileBytes(staff.notes, 0.95, tempo.tempo, kViolin), &error);
   std::string command = "fluidsynth -ni -q -r 44100 -o synth.dynamic-sample-loading=1 -F " + (dir / "theirs.wav").string();
   for (const auto& f : fonts.files) command += " '" + f + "'";
   command += " " + mid + " >/dev/null 2>&1";

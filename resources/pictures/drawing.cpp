@@ -52,6 +52,6 @@ QRectF GlyphBox(const MusicFont& font, const std::string& name, double sx, doubl
   return QRectF(box.left() * sx, box.top() * sy, box.width() * sx, box.height() * sy);
 }
 
-int StaffRow(int pitch, int canvasTop) { return lirenza::NotePosition(pitch) + 18 - canvasTop; }
+int StaffRow(int pitch, int canvasTop) { return lirenza::EntryTopOfPitch(pitch) + 18 - canvasTop; }
 
 }  // namespace lirenza::pictures

@@ -133,13 +133,13 @@ QString MakeStaffPreview(const QString& pictureDir, const QString& outPath) {
       top = 111;
       picture = lirenza::NotePictureName('r', std::string(1, dr));
     } else {
-      int pitch = lirenza::NotePit(name.substr(0, 2)) + lirenza::NoteSf(name);
-      top = lirenza::NotePosition(lirenza::NotePit(name.substr(0, 2)));
+      int pitch = lirenza::NaturalPitchOfName(name.substr(0, 2)) + lirenza::AccidentalOfName(name);
+      top = lirenza::EntryTopOfPitch(lirenza::NaturalPitchOfName(name.substr(0, 2)));
       picture = lirenza::NotePictureName(lirenza::EntryFamily(top), std::string(1, dr));
       (void)pitch;
     }
     p.drawImage(e.left, top, pic(picture));
-    int sib = ve == '0' ? 0 : lirenza::NoteSib(name);
+    int sib = ve == '0' ? 0 : lirenza::SignOfName(name);
     if (sib) p.drawImage(e.left, top + 6, pic(sib == 1 ? "Sh" : sib == 2 ? "Fl" : "Nt"));
     if (ve != '0') {
       p.setFont(digit);

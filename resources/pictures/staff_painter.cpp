@@ -135,7 +135,7 @@ QImage PrintSheet(const MusicFont& font) {
   QImage image = NewPicture(kPrintSheetSize, colour::kPrintPaper);
   const QColor ink(0, 0, 0);
   // A note of Top T prints at y = T + 108k - 10, its head 18 lower: the line of
-  // pitch p lies at NotePosition(p) + 8 + 108k, as on a canvas of Top -8 - 108k.
+  // pitch p lies at EntryTopOfPitch(p) + 8 + 108k, as on a canvas of Top -8 - 108k.
   for (int line = 0; line < 11; ++line) {
     int top = -8 - 108 * line;
     bool bass = StaffRow(43, top) < image.height();

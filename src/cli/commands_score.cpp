@@ -28,7 +28,7 @@ Staff FreshStaff() {
 
 void SaveStaff(Staff& staff, const std::string& out) {
   // The window has painted the notes in view by the time anyone can save.
-  RepaintInView(staff);
+  RespellNotesInView(staff);
   WindowSettings settings;  // group 5 (strings), row 0 (violin), tempo 7
   WriteOutput(out, SaveFileText(staff, settings));
 }
@@ -40,7 +40,7 @@ int RunMidi(const Argv& argv) {
   return ForEachScore(args, ".mid", [&](const std::string& in, const std::string& out) {
     const ScoreForOutput score = LoadScoreForOutput(args, in);
     int leftOut = 0;
-    const auto bytes = SaveMidiBytes(score.staff.icv, score.gate, TempoForSlider(score.tempoSlider).tempo,
+    const auto bytes = MidiFileBytes(score.staff.notes, score.gate, TempoForSlider(score.tempoSlider).tempo,
                                      score.inst, &leftOut);
     WriteOutput(out, std::string(bytes.begin(), bytes.end()));
     if (leftOut > 0)
@@ -63,7 +63,7 @@ int RunKestra(const Argv& argv) {
   if (!IsUtf8Text(line) || (title && !IsUtf8Text(*title)))
     throw UsageError("the tokens and the title must be UTF-8 text");
   Staff staff = FreshStaff();
-  ChangeKestra(staff, line);
+  LoadKestraLine(staff, line);
   const int tokens = line.empty() ? 0 : static_cast<int>(std::count(line.begin(), line.end(), ' ')) + 1;
   if (tokens > kMaxKestraTokens)
     std::cerr << "lirenza-cli kestra: a score holds at most " << kMaxKestraTokens << " tokens; the last "
@@ -85,7 +85,7 @@ int RunScale(const Argv& argv) {
                              kScaleCount - 1, "the scale index");
   const std::string out = args.Required("-o", "OUT.note");
   Staff staff = FreshStaff();
-  ChangeKestra(staff, kScaleLines[index].line);
+  LoadKestraLine(staff, kScaleLines[index].line);
   SetTitle(staff, ScaleTitle(index));
   SaveStaff(staff, out);
   return 0;
@@ -96,7 +96,7 @@ int RunInspect(const Argv& argv) {
   const std::string in = args.OnePositional("score file (lirenza-cli inspect SCORE.note)");
   Staff staff;
   ApplyScoreFile(staff, ReadScore(in, args.Flag("--strict")));
-  const auto events = BuildEventList(staff.icv, 1.0, 0.95);
+  const auto events = BuildEventList(staff.notes, 1.0, 0.95);
 
   // One row per note in playing order: its on event, and the length until its off.
   struct Row {
@@ -120,12 +120,12 @@ int RunInspect(const Argv& argv) {
   const bool json = args.Flag("--json");
   char buf[160];
   if (json) {
-    std::cout << "{\"title\":" << JsonString(staff.title) << ",\"keyN\":" << staff.keyN
-              << ",\"timeN\":" << staff.timeN << ",\"notes\":[";
+    std::cout << "{\"title\":" << JsonString(staff.title) << ",\"keyN\":" << staff.keySignature
+              << ",\"timeN\":" << staff.timeSignature << ",\"notes\":[";
     for (std::size_t i = 0; i < rows.size(); ++i) {
       const auto& r = rows[i];
       std::snprintf(buf, sizeof buf, "%s{\"place\":%d,\"token\":", i ? "," : "", r.place);
-      std::cout << buf << JsonString(staff.icv[r.place].note);
+      std::cout << buf << JsonString(staff.notes[r.place].token);
       std::snprintf(buf, sizeof buf, ",\"start\":%.0f,\"length\":%.0f,\"pitch\":%d,\"velocity\":%d}", r.start,
                     r.length, r.pitch, r.velocity);
       std::cout << buf;
@@ -145,7 +145,7 @@ int RunInspect(const Argv& argv) {
   std::cout << "place\tstart\tlength\tpitch\tvelocity\ttoken\n";
   for (const auto& r : rows) {
     std::snprintf(buf, sizeof buf, "%d\t%.0f\t%.0f\t%d\t%d\t", r.place, r.start, r.length, r.pitch, r.velocity);
-    std::cout << buf << TerminalText(staff.icv[r.place].note) << '\n';
+    std::cout << buf << TerminalText(staff.notes[r.place].token) << '\n';
   }
   return 0;
 }

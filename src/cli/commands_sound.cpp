@@ -84,7 +84,7 @@ void RenderOne(const Args& args, const std::string& in, const std::string& out, 
   if (!SoundFileTypeOf(out, &type)) throw UsageError("the output must end in .wav or .flac: " + out);
   const ScoreForOutput score = LoadScoreForOutput(args, in);
   const Staff& staff = score.staff;
-  const double d = TempoForSlider(score.tempoSlider).d;
+  const double d = TempoForSlider(score.tempoSlider).tempoFactor;
 
   SynthOptions options;
   options.effects = !dry;
@@ -92,10 +92,10 @@ void RenderOne(const Args& args, const std::string& in, const std::string& out, 
   SoundFontList fonts;
   LoadFontsOrFail(synth, &fonts);
   RenderJob job;
-  job.events = BuildEventList(staff.icv, d, score.gate);
+  job.events = BuildEventList(staff.notes, d, score.gate);
   job.tempoFactor = d;
   TuningTables tables;
-  PureScale(tables, staff.keyN);
+  TuneToKey(tables, staff.keySignature);
   job.pitches = tables.p;
   synth.SelectInstrument(job.channel, score.inst);
 

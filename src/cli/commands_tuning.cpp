@@ -25,14 +25,14 @@ void JsonArray(const Array& a, bool quoted) {
 int RunTuning(const Argv& argv) {
   Args args(argv, {"--key"}, {"--json"});
   if (!args.Positional().empty()) throw UsageError("unexpected argument " + args.Positional()[0]);
-  const int keyN = args.IntOption("--key", 0, 14).value_or(0);
+  const int keySignature = args.IntOption("--key", 0, 14).value_or(0);
   TuningTables t;
-  PureScale(t, keyN);
+  TuneToKey(t, keySignature);
   if (args.Flag("--json")) {
-    std::cout << "{\"keyN\":" << keyN << ",\"name\":" << JsonString(t.keyName) << ",\"ratios\":";
-    JsonArray(t.efr, true);
+    std::cout << "{\"keyN\":" << keySignature << ",\"name\":" << JsonString(t.keyName) << ",\"ratios\":";
+    JsonArray(t.ratioTexts, true);
     std::cout << ",\"frequencies\":";
-    JsonArray(t.efs, true);
+    JsonArray(t.frequencyTexts, true);
     std::cout << ",\"p\":";
     JsonArray(t.p, false);
     std::cout << ",\"h\":";
@@ -41,8 +41,8 @@ int RunTuning(const Argv& argv) {
     return 0;
   }
   static const char* kClasses[12] = {"C", "C#", "D", "D#", "E", "F", "F#", "G", "G#", "A", "A#", "B"};
-  std::cout << "key " << keyN << ": " << t.keyName << "\n\nclass\tratio\tHz\n";
-  for (int j = 0; j < 12; ++j) std::cout << kClasses[j] << '\t' << t.efr[j] << '\t' << t.efs[j] << '\n';
+  std::cout << "key " << keySignature << ": " << t.keyName << "\n\nclass\tratio\tHz\n";
+  for (int j = 0; j < 12; ++j) std::cout << kClasses[j] << '\t' << t.ratioTexts[j] << '\t' << t.frequencyTexts[j] << '\n';
   std::cout << "\nindex\tp\th\tsemitones\n";
   for (int i = 0; i < kPitchTableSize; ++i)
     std::cout << i << '\t' << t.p[i] << '\t' << t.h[i] << '\t' << static_cast<double>(t.p[i]) / 256.0 << '\n';

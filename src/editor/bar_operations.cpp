@@ -40,73 +40,64 @@ std::string_view BarMenuShortcut(BarOperation operation) {
 namespace {
 
 void ClearBar(Staff& staff, int bar) {
-  for (int i = 1; i < static_cast<int>(staff.icv.size());) {
-    if (InViewBar(staff.icv[i].left, bar)) staff.RemoveNote(i);
+  for (int i = 1; i < static_cast<int>(staff.notes.size());) {
+    if (InBar(staff.notes[i].left, bar)) staff.RemoveNote(i);
     else ++i;
   }
 }
 
 }  // namespace
 
-void BarClear(Staff& staff) { ClearBar(staff, staff.preCord[0]); }
+void BarClear(Staff& staff) { ClearBar(staff, staff.selectedBar); }
 
 void BarDelete(Staff& staff) {
-  ClearBar(staff, staff.preCord[0]);
-  const int from = staff.preCord[0] * kBarWidth + 264;
-  for (std::size_t i = 1; i < staff.icv.size(); ++i)
-    if (staff.icv[i].left >= from) staff.icv[i].left -= kBarWidth;
+  ClearBar(staff, staff.selectedBar);
+  const int from = staff.selectedBar * kBarWidth + 264;
+  for (std::size_t i = 1; i < staff.notes.size(); ++i)
+    if (staff.notes[i].left >= from) staff.notes[i].left -= kBarWidth;
 }
 
 void BarAdd(Staff& staff) {
-  const int from = staff.preCord[0] * kBarWidth + 120;
+  const int from = staff.selectedBar * kBarWidth + 120;
   // The hidden template is the origin of time and stays where it is; the walk over the
   // notes is in entry order and stops at the first note past the end of the staff.
-  for (std::size_t i = 1; i < staff.icv.size(); ++i) {
-    NoteCV& n = staff.icv[i];
+  for (std::size_t i = 1; i < staff.notes.size(); ++i) {
+    Note& n = staff.notes[i];
     if (n.left > kBarAddStop) return;
     if (n.left >= from) n.left += kBarWidth;
   }
 }
 
-void BarCopyMark(Staff& staff) { staff.preCord[1] = staff.preCord[0]; }
+void BarCopyMark(Staff& staff) { staff.copiedBar = staff.selectedBar; }
 
-void CopyNote(Staff& staff, const NoteCV& from, int left) {
+void CopyNote(Staff& staff, const Note& from, int left) {
   // Only what a score file stores is copied: no gesture state, no playing highlight.
-  NoteCV n;
+  Note n;
+  n.StoredFields() = from.StoredFields();
   n.left = left;
-  n.top = from.top;
-  n.noteNo = from.noteNo;
-  n.nline = from.nline;
-  n.sf = from.sf;
-  n.sib = from.sib;
-  n.ks = from.ks;
-  n.ve = from.ve;
-  n.dr = from.dr;
-  n.note = from.note;
-  n.position = from.position;
-  n.backdrop = StoredBackdrop(n);
+  n.picture = StoredPicture(n);
   staff.AddNote(n);
-  if (InView(staff.icv.back())) RepaintToken(staff.icv.back());
+  if (InView(staff.notes.back())) RespellToken(staff.notes.back());
 }
 
 void BarCopy(Staff& staff) {
-  const int target = staff.preCord[0], source = staff.preCord[1];
+  const int target = staff.selectedBar, source = staff.copiedBar;
   const int offset = (target - source) * kBarWidth;
   ClearBar(staff, target);
-  const std::size_t count = staff.icv.size();
+  const std::size_t count = staff.notes.size();
   for (std::size_t i = 1; i < count; ++i)
-    if (InViewBar(staff.icv[i].left, source)) CopyNote(staff, NoteCV(staff.icv[i]), staff.icv[i].left + offset);
+    if (InBar(staff.notes[i].left, source)) CopyNote(staff, Note(staff.notes[i]), staff.notes[i].left + offset);
 }
 
 void BarDouble(Staff& staff) {
-  SetMSBValue(staff, 0);
+  ScrollTo(staff, 0);
   const int count = staff.NoteCount();
   int greatest = 0;
-  for (int i = 1; i <= count; ++i) greatest = std::max(greatest, staff.icv[i].left);
+  for (int i = 1; i <= count; ++i) greatest = std::max(greatest, staff.notes[i].left);
   const int bars = static_cast<int>(greatest / 144.0);
   if (bars > kBarDoubleMaxBars) return;
   const int offset = bars * kBarWidth;
-  for (int i = 1; i <= count; ++i) CopyNote(staff, NoteCV(staff.icv[i]), staff.icv[i].left + offset);
+  for (int i = 1; i <= count; ++i) CopyNote(staff, Note(staff.notes[i]), staff.notes[i].left + offset);
 }
 
 namespace {
@@ -121,9 +112,9 @@ BarMenuOutcome RunBarOperation(Staff& staff, BarOperation operation, bool barMen
     case BarOperation::DoubleAll: BarDouble(staff); break;
     case BarOperation::DeleteAll:
       if (barMenu) {
-        if (confirm.Ask(kDeleteAllMessage, kDeleteAllExplanation, kDeleteAllAction)) ClearNotes2(staff);
-      } else if (!staff.noteChanged || confirm.Ask(kDeleteAllMessage, kDeleteAllExplanation, kDeleteAllAction)) {
-        ClearNotes(staff);
+        if (confirm.Ask(kDeleteAllMessage, kDeleteAllExplanation, kDeleteAllAction)) ClearScore(staff);
+      } else if (!staff.hasChanges || confirm.Ask(kDeleteAllMessage, kDeleteAllExplanation, kDeleteAllAction)) {
+        ClearStaff(staff);
       }
       break;
     case BarOperation::OpenScore: return barMenu ? BarMenuOutcome::Ignored : BarMenuOutcome::OpenFile;
@@ -135,8 +126,8 @@ BarMenuOutcome RunBarOperation(Staff& staff, BarOperation operation, bool barMen
 }  // namespace
 
 BarMenuOutcome ChooseFromStaffMenu(Staff& staff, BarOperation operation, int mouseX, int mouseY, Confirm& confirm) {
-  staff.preNote[0] = ClickColumn(mouseX);
-  staff.preNote[1] = ClickRow(mouseY);
+  staff.entryLeft = ClickColumn(mouseX);
+  staff.entryTop = ClickRow(mouseY);
   return RunBarOperation(staff, operation, false, confirm);
 }
 

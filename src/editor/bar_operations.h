@@ -36,7 +36,7 @@ void BarAdd(Staff& staff);
 void BarCopy(Staff& staff);
 // Copy: the bar clipboard is a bar number, read again at paste time.
 void BarCopyMark(Staff& staff);
-void CopyNote(Staff& staff, const NoteCV& from, int left);
+void CopyNote(Staff& staff, const Note& from, int left);
 void BarDouble(Staff& staff);
 
 inline const char* kDeleteAllMessage = "楽譜の音符を全部削除しますか？";

@@ -26,24 +26,24 @@ std::string_view KeyMenuCaption(int item) {
   return item >= 0 && item < kKeyMenuItemCount ? kKeyCaptions[item] : std::string_view{};
 }
 
-std::string_view TimeMenuCaption(int timeN) {
-  return timeN >= 0 && timeN < kTimeCount ? kTimeCaptions[timeN] : std::string_view{};
+std::string_view TimeMenuCaption(int timeSignature) {
+  return timeSignature >= 0 && timeSignature < kTimeCount ? kTimeCaptions[timeSignature] : std::string_view{};
 }
 
-int KeyStepValue(int keyN) { return IntVal(Field(kStepValues, keyN + 1)); }
+int KeyStepValue(int keySignature) { return IntVal(Field(kStepValues, keySignature + 1)); }
 
-std::string TimeSheetPicture(int timeN) { return Field(kTimeSheets, timeN + 1); }
+std::string TimeSheetPicture(int timeSignature) { return Field(kTimeSheets, timeSignature + 1); }
 
 void MoveNotes(Staff& staff, int steps) {
   if (steps == 0) return;
-  for (std::size_t i = 1; i < staff.icv.size(); ++i) {
-    NoteCV& n = staff.icv[i];
+  for (std::size_t i = 1; i < staff.notes.size(); ++i) {
+    Note& n = staff.notes[i];
     if (n.IsRest()) continue;
     n.top = std::clamp(n.top + steps * 3, kMoveTopMin, kMoveTopMax);
     SetNoteFamily(n, TransposeFamily(n.top));
-    n.nline = StaffLinePitch(n.top);
-    n.ks = KeySignatureShift(staff.keyN, n.nline);
-    RepaintToken(n);
+    n.linePitch = StaffLinePitch(n.top);
+    n.keyShift = KeySignatureShift(staff.keySignature, n.linePitch);
+    RespellToken(n);
   }
 }
 
@@ -55,20 +55,20 @@ bool ChooseKey(Staff& staff, TuningTables& tuning, const Modes& modes, int item)
   } else if (item == kOctaveDownItem) {
     steps = 7;
   } else {
-    steps = KeyStepValue(staff.keyN) - KeyStepValue(item);
-    staff.keyN = item;
-    staff.kcvPicture = KeySignaturePicture(item);
+    steps = KeyStepValue(staff.keySignature) - KeyStepValue(item);
+    staff.keySignature = item;
+    staff.keySignaturePicture = KeySignaturePicture(item);
   }
   MoveNotes(staff, steps);
-  PureScale(tuning, staff.keyN);
+  TuneToKey(tuning, staff.keySignature);
   return true;
 }
 
-bool ChooseTime(Staff& staff, const Modes& modes, int timeN) {
-  if (modes.Busy() || timeN < 0 || timeN >= kTimeCount) return false;
-  staff.timeN = timeN;
-  staff.tcvPicture = TimeSignaturePicture(timeN);
-  staff.mcvBackdrop = TimeSheetPicture(timeN);
+bool ChooseTime(Staff& staff, const Modes& modes, int timeSignature) {
+  if (modes.Busy() || timeSignature < 0 || timeSignature >= kTimeCount) return false;
+  staff.timeSignature = timeSignature;
+  staff.timeSignaturePicture = TimeSignaturePicture(timeSignature);
+  staff.sheetPicture = TimeSheetPicture(timeSignature);
   return true;
 }
 

@@ -21,12 +21,12 @@ inline constexpr int kTimeCount = 9;  // time signatures 0..8 are their own menu
 inline const char* kKeyMenuTitle = "(調号の選択)";
 inline const char* kTimeMenuTitle = "(拍子の選択)";
 std::string_view KeyMenuCaption(int item);   // "0:ハ長調" ... "16:オクターブ下"
-std::string_view TimeMenuCaption(int timeN);  // "0:4/4" ... "8:9/8"
+std::string_view TimeMenuCaption(int timeSignature);  // "0:4/4" ... "8:9/8"
 
 // The key's distance from C in staff lines.
-int KeyStepValue(int keyN);
+int KeyStepValue(int keySignature);
 // The staff picture of a time signature: Sheet2 for the compound and triple metres.
-std::string TimeSheetPicture(int timeN);
+std::string TimeSheetPicture(int timeSignature);
 
 // Moves every note (rests stay) by steps staff lines, downward for positive steps, and
 // reads pitch and signature again from each note's new line.
@@ -35,7 +35,7 @@ void MoveNotes(Staff& staff, int steps);
 // The key menu: sets the key, moves the notes, and retunes. Refused (false) while a
 // score is read or played, and for an item the menu does not have.
 bool ChooseKey(Staff& staff, TuningTables& tuning, const Modes& modes, int item);
-// The time menu: pictures and timeN only; refused the same way.
-bool ChooseTime(Staff& staff, const Modes& modes, int timeN);
+// The time menu: pictures and timeSignature only; refused the same way.
+bool ChooseTime(Staff& staff, const Modes& modes, int timeSignature);
 
 }  // namespace lirenza

@@ -26,21 +26,21 @@ std::string VelocityDigitFor(int loudnessButton) { return Field(kEntryVelocityDi
 namespace {
 
 // The rest branch shared by both roads: its row, its clash search, its digits.
-NoteCV& AddRest(Staff& staff, const EntryState& entry, int left, int top, int nline) {
-  NoteCV n;
+Note& AddRest(Staff& staff, const EntryState& entry, int left, int top, int nline) {
+  Note n;
   n.left = SnapColumn(left, 960);
   n.top = ClashSearch(staff, -1, n.left, RestRow(top), true);
-  n.dr = Hex(entry.lengthButton - 16);
-  n.ve.assign(1, '0');  // (assigning a literal here trips a false GCC 12 warning)
-  n.noteNo = 0;
-  n.nline = nline;
-  n.backdrop = NotePictureName('r', n.dr);
-  n.note = NoteStr(0, n.sf) + "0" + n.dr;
+  n.durationDigit = Hex(entry.lengthButton - 16);
+  n.velocityDigit.assign(1, '0');  // (assigning a literal here trips a false GCC 12 warning)
+  n.pitch = 0;
+  n.linePitch = nline;
+  n.picture = NotePictureName('r', n.durationDigit);
+  n.token = PitchName(0, n.accidental) + "0" + n.durationDigit;
   return staff.AddNote(n);
 }
 
 // Column snap, clamp and clash search of a new note.
-void PlaceNote(const Staff& staff, NoteCV& n, int left, int top) {
+void PlaceNote(const Staff& staff, Note& n, int left, int top) {
   n.left = SnapColumn(left, 968);
   n.top = ClashSearch(staff, -1, n.left, ClampNoteTop(top), false);
 }
@@ -50,70 +50,70 @@ void PlaceNote(const Staff& staff, NoteCV& n, int left, int top) {
 bool EnterNoteAt(Staff& staff, EntryState& entry, const Modes& modes, Modifiers mods, long long ticks, int x,
                  int y) {
   if (modes.Busy() || mods.Any()) return false;
-  staff.preNote[0] = ClickColumn(x);
-  staff.preNote[1] = ClickRow(y);
-  noteChangedCheck(staff);
-  staff.preCord[0] = static_cast<int>(x / 144.0);
+  staff.entryLeft = ClickColumn(x);
+  staff.entryTop = ClickRow(y);
+  UpdateChangedFlag(staff);
+  staff.selectedBar = static_cast<int>(x / 144.0);
   if (ticks - entry.lastClickTicks >= kDoubleClickTicks) {
     entry.lastClickTicks = ticks;
     return false;
   }
-  const int left = staff.preNote[0], top = staff.preNote[1];
+  const int left = staff.entryLeft, top = staff.entryTop;
   if (entry.lengthButton >= 16) {
-    const NoteCV& rest = AddRest(staff, entry, left, top, 0);
-    staff.preNote[0] = rest.left + staff.noteSpace;
-    staff.preNote[1] = rest.top;
+    const Note& rest = AddRest(staff, entry, left, top, 0);
+    staff.entryLeft = rest.left + staff.entrySpacing;
+    staff.entryTop = rest.top;
     return true;
   }
-  NoteCV n;
+  Note n;
   PlaceNote(staff, n, left, top);
-  n.dr = Hex(entry.lengthButton);
+  n.durationDigit = Hex(entry.lengthButton);
   // The entry route leaves position alone, whichever family the picture is.
-  n.backdrop = NotePictureName(EntryFamily(n.top), n.dr);
-  n.nline = StaffLinePitch(n.top);
-  n.ks = KeySignatureShift(staff.keyN, n.nline);
-  n.sf = 0;
-  n.noteNo = n.nline + n.sf + n.ks;
-  n.ve = VelocityDigitFor(entry.loudnessButton);
-  n.note = NoteStr(n.noteNo, n.sf) + n.ve + n.dr;
-  const NoteCV& added = staff.AddNote(n);
-  staff.preNote[0] = added.left + staff.noteSpace;
-  staff.preNote[1] = added.top;
+  n.picture = NotePictureName(EntryFamily(n.top), n.durationDigit);
+  n.linePitch = StaffLinePitch(n.top);
+  n.keyShift = KeySignatureShift(staff.keySignature, n.linePitch);
+  n.accidental = 0;
+  n.pitch = n.linePitch + n.accidental + n.keyShift;
+  n.velocityDigit = VelocityDigitFor(entry.loudnessButton);
+  n.token = PitchName(n.pitch, n.accidental) + n.velocityDigit + n.durationDigit;
+  const Note& added = staff.AddNote(n);
+  staff.entryLeft = added.left + staff.entrySpacing;
+  staff.entryTop = added.top;
   return true;
 }
 
 void EnterPlayedNote(Staff& staff, const EntryState& entry, int pitch, int accidental) {
-  const int left = staff.preNote[0];
-  const int top = NotePosition(pitch);
+  const int left = staff.entryLeft;
+  const int top = EntryTopOfPitch(pitch);
   if (entry.lengthButton >= 16) {
-    const NoteCV& rest = AddRest(staff, entry, left, top, pitch);
-    staff.preNote[0] = rest.left + staff.noteSpace;
-    staff.preNote[1] = rest.top;
+    const Note& rest = AddRest(staff, entry, left, top, pitch);
+    staff.entryLeft = rest.left + staff.entrySpacing;
+    staff.entryTop = rest.top;
     return;
   }
-  NoteCV n;
+  Note n;
   PlaceNote(staff, n, left, top);
-  n.dr = Hex(entry.lengthButton);
-  n.backdrop = NotePictureName(EntryFamily(n.top), n.dr);
+  n.durationDigit = Hex(entry.lengthButton);
+  n.picture = NotePictureName(EntryFamily(n.top), n.durationDigit);
   // The pitch stays what was played, even where the clamp or a clash moved the note.
-  n.nline = pitch;
-  n.ks = KeySignatureShift(staff.keyN, pitch);
-  if (n.ks == 0) {
-    n.sib = accidental;
-    n.sf = accidental == 1 ? 1 : accidental == 2 ? -1 : 0;
+  n.linePitch = pitch;
+  n.keyShift = KeySignatureShift(staff.keySignature, pitch);
+  if (n.keyShift == 0) {
+    n.accidentalSign = accidental;
+    n.accidental = accidental == 1 ? 1 : accidental == 2 ? -1 : 0;
   }
-  n.noteNo = n.nline + n.sf + n.ks;
-  n.ve = VelocityDigitFor(entry.loudnessButton);
-  RepaintToken(n);
-  const NoteCV& added = staff.AddNote(n);
-  staff.preNote[0] = added.left + 32;
-  staff.preNote[1] = added.top;
+  n.pitch = n.linePitch + n.accidental + n.keyShift;
+  n.velocityDigit = VelocityDigitFor(entry.loudnessButton);
+  RespellToken(n);
+  const Note& added = staff.AddNote(n);
+  staff.entryLeft = added.left + 32;
+  staff.entryTop = added.top;
 }
 
 void ChooseLength(Staff& staff, EntryState& entry, const Modes& modes, int index) {
   if (modes.Busy() || index < 0 || index > 31) return;
   entry.lengthButton = index;
-  staff.noteSpace = NoteSpaceFor(index % 16);
+  staff.entrySpacing = NoteSpaceFor(index % 16);
 }
 
 void ChooseLoudness(EntryState& entry, int index) {
@@ -121,7 +121,7 @@ void ChooseLoudness(EntryState& entry, int index) {
 }
 
 void ChooseArticulation(EntryState& entry, int index) {
-  if (index >= 0 && index <= 2) entry.soundingShare = kArticulationGates[index];
+  if (index >= 0 && index <= 2) entry.gate = kArticulationGates[index];
 }
 
 }  // namespace lirenza

@@ -13,7 +13,7 @@ namespace lirenza {
 struct EntryState {
   int lengthButton = 4;          // pressed length button: 0..15 notes, 16..31 rests
   int loudnessButton = 4;        // pressed loudness button, 0..8
-  double soundingShare = 0.95;   // share of a note that sounds, by the articulation buttons
+  double gate = 0.95;   // share of a note that sounds, by the articulation buttons
   long long lastClickTicks = 0;  // Ticks of the last single click on the staff
 };
 
@@ -40,7 +40,7 @@ bool EnterNoteAt(Staff& staff, EntryState& entry, const Modes& modes, Modifiers 
 inline void PressRightOfStaff(EntryState& entry, long long ticks) { entry.lastClickTicks = ticks; }
 
 // A note from the fingerboard: pitch is a natural line, accidental 0 none, 1 sharp,
-// 2 flat. Goes in at the entry column and moves it on by 32 (a rest by noteSpace).
+// 2 flat. Goes in at the entry column and moves it on by 32 (a rest by entrySpacing).
 void EnterPlayedNote(Staff& staff, const EntryState& entry, int pitch, int accidental);
 
 // The buttons. The length button is refused while busy; the others always act.

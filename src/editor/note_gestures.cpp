@@ -8,9 +8,9 @@
 
 namespace lirenza {
 
-void SetNoteFamily(NoteCV& note, NoteFamily family) {
-  note.backdrop = NotePictureName(family, note.dr);
-  note.position = family == NoteFamily::U;
+void SetNoteFamily(Note& note, NoteFamily family) {
+  note.picture = NotePictureName(family, note.durationDigit);
+  note.stemDown = family == NoteFamily::StemDown;
 }
 
 int SfOfSign(int sib, int ks, int currentSf) {
@@ -24,35 +24,35 @@ int SfOfSign(int sib, int ks, int currentSf) {
 
 PressResult NoteMouseDown(Staff& staff, int index, long long ticks, bool contextual, int x, int y) {
   if (index < 1 || index > staff.NoteCount()) return PressResult::Contextual;
-  NoteCV& n = staff.icv[index];
-  if (ticks - n.doubleCT < kDoubleClickTicks) {
-    staff.preNote[0] = n.left;
+  Note& n = staff.notes[index];
+  if (ticks - n.lastPressTicks < kDoubleClickTicks) {
+    staff.entryLeft = n.left;
     staff.RemoveNote(index);
     return PressResult::Deleted;
   }
   if (contextual) return PressResult::Contextual;
-  n.doubleCT = ticks;
-  n.mX = x;
-  n.mY = y;
-  staff.preNote[0] = n.left;
-  staff.preNote[1] = n.top;
+  n.lastPressTicks = ticks;
+  n.pressX = x;
+  n.pressY = y;
+  staff.entryLeft = n.left;
+  staff.entryTop = n.top;
   return PressResult::Claimed;
 }
 
 void NoteMouseDrag(Staff& staff, int index, long long ticks, int x, int y, const SoundPorts& ports,
                    const TuningTables& tuning) {
   if (index < 1 || index > staff.NoteCount()) return;
-  NoteCV& n = staff.icv[index];
-  n.left += x - n.mX;
-  n.top += y - n.mY;
-  if (ticks - n.doubleCT > kDoubleClickTicks && n.left == staff.preNote[0] && n.top == staff.preNote[1] &&
-      ports.players[1] && n.noteNo >= 0 && n.noteNo < kPitchTableSize)
-    ports.players[1]->PlayNote(static_cast<int>(tuning.p[n.noteNo]), 0);
+  Note& n = staff.notes[index];
+  n.left += x - n.pressX;
+  n.top += y - n.pressY;
+  if (ticks - n.lastPressTicks > kDoubleClickTicks && n.left == staff.entryLeft && n.top == staff.entryTop &&
+      ports.players[1] && n.pitch >= 0 && n.pitch < kPitchTableSize)
+    ports.players[1]->PlayNote(static_cast<int>(tuning.p[n.pitch]), 0);
 }
 
 void NoteMouseUp(Staff& staff, int index, const SoundPorts& ports, const TuningTables& tuning) {
   if (index < 1 || index > staff.NoteCount()) return;
-  NoteCV& n = staff.icv[index];
+  Note& n = staff.notes[index];
   n.left = static_cast<int>(std::round(n.left / 8.0)) * 8;
   n.top = static_cast<int>(std::round(n.top / 3.0)) * 3;
   n.left = SnapColumn(n.left, 960);
@@ -63,14 +63,14 @@ void NoteMouseUp(Staff& staff, int index, const SoundPorts& ports, const TuningT
   }
   n.top = ClashSearch(staff, index, n.left, n.top, false);
   SetNoteFamily(n, EntryFamily(n.top));
-  if (ports.players[1] && n.noteNo >= 0 && n.noteNo < kPitchTableSize)
-    ports.players[1]->PlayNote(static_cast<int>(tuning.p[n.noteNo]), 0);
-  n.nline = StaffLinePitch(n.top);
-  n.ks = KeySignatureShift(staff.keyN, n.nline);
-  n.sf = SfOfSign(n.sib, n.ks, n.sf);
-  RepaintToken(n);
-  staff.preNote[0] = n.left + 32;
-  staff.preNote[1] = n.top;
+  if (ports.players[1] && n.pitch >= 0 && n.pitch < kPitchTableSize)
+    ports.players[1]->PlayNote(static_cast<int>(tuning.p[n.pitch]), 0);
+  n.linePitch = StaffLinePitch(n.top);
+  n.keyShift = KeySignatureShift(staff.keySignature, n.linePitch);
+  n.accidental = SfOfSign(n.accidentalSign, n.keyShift, n.accidental);
+  RespellToken(n);
+  staff.entryLeft = n.left + 32;
+  staff.entryTop = n.top;
 }
 
 bool NoteKeyDown(Staff& staff, int index, int characterCode) {
@@ -81,15 +81,15 @@ bool NoteKeyDown(Staff& staff, int index, int characterCode) {
 
 void NoteMouseEnter(Staff& staff, int index, const SoundPorts& ports, const TuningTables& tuning, int handPosition) {
   if (index < 1 || index > staff.NoteCount()) return;
-  NoteCV& n = staff.icv[index];
+  Note& n = staff.notes[index];
   if (n.IsRest()) return;
-  PlayAndShow(ports, tuning, handPosition, n.noteNo, NoteVel(n.ve));
-  n.oldNoteNo = n.noteNo;
+  PlayAndShow(ports, tuning, handPosition, n.pitch, VelocityOfDigit(n.velocityDigit));
+  n.hoverPitch = n.pitch;
 }
 
 void NoteMouseExit(const Staff& staff, int index, const SoundPorts& ports, const TuningTables& tuning, int handPosition) {
   if (index < 1 || index > staff.NoteCount()) return;
-  PlayAndShow(ports, tuning, handPosition, staff.icv[index].oldNoteNo, 0);
+  PlayAndShow(ports, tuning, handPosition, staff.notes[index].hoverPitch, 0);
 }
 
 }  // namespace lirenza

@@ -10,7 +10,7 @@
 namespace lirenza {
 
 // The note's own picture choice: the family it wears also sets position.
-void SetNoteFamily(NoteCV& note, NoteFamily family);
+void SetNoteFamily(Note& note, NoteFamily family);
 
 enum class PressResult { Deleted, Contextual, Claimed };
 // A press at x, y inside note `index`. A press within 30 ticks of the last plain press

@@ -35,61 +35,61 @@ std::string NoteMenuCaption(NoteMenuChoice choice) {
   return "";
 }
 
-std::vector<NoteMenu> OpenNoteMenu(const NoteCV& note, const SoundPorts& ports, const TuningTables& tuning) {
-  if (ports.players[1] && note.noteNo >= 0 && note.noteNo < kPitchTableSize)
-    ports.players[1]->PlayNote(static_cast<int>(tuning.p[note.noteNo]), 0);
+std::vector<NoteMenu> OpenNoteMenu(const Note& note, const SoundPorts& ports, const TuningTables& tuning) {
+  if (ports.players[1] && note.pitch >= 0 && note.pitch < kPitchTableSize)
+    ports.players[1]->PlayNote(static_cast<int>(tuning.p[note.pitch]), 0);
   NoteMenu volume{"音量の変更", {}}, length{"音長の変更", {}}, accidental{"臨時符号", {}};
   auto item = [](Kind kind, int value, bool checked) {
     const NoteMenuChoice choice{kind, value};
     return NoteMenuItem{choice, NoteMenuCaption(choice), checked};
   };
-  for (int v = 0; v < 16; ++v) volume.items.push_back(item(Kind::Loudness, v, DigitMatches(v, note.ve)));
-  for (int d = 0; d < 16; ++d) length.items.push_back(item(Kind::Length, d, DigitMatches(d, note.dr)));
+  for (int v = 0; v < 16; ++v) volume.items.push_back(item(Kind::Loudness, v, DigitMatches(v, note.velocityDigit)));
+  for (int d = 0; d < 16; ++d) length.items.push_back(item(Kind::Length, d, DigitMatches(d, note.durationDigit)));
   length.items.push_back(item(Kind::Separator, 0, false));
   length.items.push_back(item(Kind::NoteOrRest, 0, false));
-  for (int s = 0; s < 4; ++s) accidental.items.push_back(item(Kind::Accidental, s, note.sib == s));
+  for (int s = 0; s < 4; ++s) accidental.items.push_back(item(Kind::Accidental, s, note.accidentalSign == s));
   return {volume, length, accidental};
 }
 
-void RestConversion(NoteCV& note) {
-  note.ve = "0";
-  note.backdrop = NotePictureName('r', note.dr);
-  note.note = NoteStr(note.noteNo, note.sf) + "0" + note.dr;
+void RestConversion(Note& note) {
+  note.velocityDigit = "0";
+  note.picture = NotePictureName('r', note.durationDigit);
+  note.token = PitchName(note.pitch, note.accidental) + "0" + note.durationDigit;
   note.top = note.top < 117 ? 106 : 142;
 }
 
-void NoteConversion(NoteCV& note) {
-  note.ve = "9";
+void NoteConversion(Note& note) {
+  note.velocityDigit = "9";
   SetNoteFamily(note, MenuFamily(note.top));
 }
 
-bool ChooseFromNoteMenu(NoteCV& note, const Modes& modes, NoteMenuChoice choice) {
+bool ChooseFromNoteMenu(Note& note, const Modes& modes, NoteMenuChoice choice) {
   if (modes.Busy()) return false;
   const int v = choice.value;
   // 1. Loudness.
   if (choice.kind == Kind::Loudness && v == 0) {
     RestConversion(note);
   } else if (choice.kind == Kind::Loudness && v > 0 && v < 16) {
-    note.ve = Hex(v);
+    note.velocityDigit = Hex(v);
   }
   // 2. The repaint brings the token up to date.
-  RepaintToken(note);
+  RespellToken(note);
   // 3. Accidental.
   if (choice.kind == Kind::Accidental && v >= 0 && v < 4) {
-    note.sib = v;
-    note.sf = v == 0 ? 0 : SfOfSign(v, note.ks, note.sf);
+    note.accidentalSign = v;
+    note.accidental = v == 0 ? 0 : SfOfSign(v, note.keyShift, note.accidental);
   }
   // 4. Length, or the turn between note and rest, by what the note is now.
   const bool length = choice.kind == Kind::Length && v >= 0 && v < 16;
   if (length) {
-    note.dr = Hex(v);
-    note.backdrop = NotePictureName(note.IsRest() ? 'r' : note.position ? 'u' : 'n', note.dr);
+    note.durationDigit = Hex(v);
+    note.picture = NotePictureName(note.IsRest() ? 'r' : note.stemDown ? 'u' : 'n', note.durationDigit);
   } else if (choice.kind == Kind::NoteOrRest) {
     if (note.IsRest()) NoteConversion(note);
     else RestConversion(note);
   }
   // 5. Repaint.
-  RepaintToken(note);
+  RespellToken(note);
   return true;
 }
 

@@ -35,14 +35,14 @@ std::string NoteMenuCaption(NoteMenuChoice choice);
 // Opening the menu stops the sound the hover started, then builds the three sub-menus
 // (loudness, length with the note/rest turn, accidental) with the note's present
 // values checked.
-std::vector<NoteMenu> OpenNoteMenu(const NoteCV& note, const SoundPorts& ports, const TuningTables& tuning);
+std::vector<NoteMenu> OpenNoteMenu(const Note& note, const SoundPorts& ports, const TuningTables& tuning);
 
 // The chosen item applied in the fixed order: loudness, repaint, accidental, length or
 // the turn between note and rest, repaint. Refused (false) while a score is read or
 // played.
-bool ChooseFromNoteMenu(NoteCV& note, const Modes& modes, NoteMenuChoice choice);
+bool ChooseFromNoteMenu(Note& note, const Modes& modes, NoteMenuChoice choice);
 
-void RestConversion(NoteCV& note);
-void NoteConversion(NoteCV& note);
+void RestConversion(Note& note);
+void NoteConversion(Note& note);
 
 }  // namespace lirenza

@@ -40,7 +40,7 @@ long long OffTick(long long clock, int ticks, double gate) {
 
 }  // namespace
 
-std::vector<MidiEvent> MidiEvents(const std::vector<NoteCV>& notes, double gate, int* notesLeftOut) {
+std::vector<MidiEvent> MidiEvents(const std::vector<Note>& notes, double gate, int* notesLeftOut) {
   std::vector<MidiEvent> events(1);
   int leftOut = 0;
   if (!notes.empty()) {
@@ -48,16 +48,16 @@ std::vector<MidiEvent> MidiEvents(const std::vector<NoteCV>& notes, double gate,
     events.reserve(order.size() * 2 - 1);
     long long clock = 0;
     for (std::size_t i = 1; i < order.size(); ++i) {
-      const NoteCV& a = notes[order[i]];
-      const NoteCV& b = notes[order[i - 1]];
-      if (a.left != b.left) clock += NoteTicks(b.dr);
-      if (a.noteNo < 0 || a.noteNo > 127) {
+      const Note& a = notes[order[i]];
+      const Note& b = notes[order[i - 1]];
+      if (a.left != b.left) clock += TicksOfDigit(b.durationDigit);
+      if (a.pitch < 0 || a.pitch > 127) {
         // A rest out of range is silent either way: no one needs to hear of it.
         if (!a.IsRest()) ++leftOut;
         continue;
       }
-      events.push_back(MidiEvent{clock, a.noteNo, VelocityByte(a.ve)});
-      events.push_back(MidiEvent{OffTick(clock, NoteTicks(a.dr), gate), a.noteNo, 0});
+      events.push_back(MidiEvent{clock, a.pitch, VelocityByte(a.velocityDigit)});
+      events.push_back(MidiEvent{OffTick(clock, TicksOfDigit(a.durationDigit), gate), a.pitch, 0});
     }
     SortEventsByTime(events, [](const MidiEvent& e) { return e.time; });
   }
@@ -76,7 +76,7 @@ std::vector<std::uint8_t> VariableLengthQuantity(long long delta) {
   return {static_cast<std::uint8_t>(0x80 | g2), static_cast<std::uint8_t>(0x80 | g1), g0};
 }
 
-std::vector<std::uint8_t> NoteEventBytes(const std::vector<NoteCV>& notes, double gate, int* notesLeftOut) {
+std::vector<std::uint8_t> NoteEventBytes(const std::vector<Note>& notes, double gate, int* notesLeftOut) {
   const auto events = MidiEvents(notes, gate, notesLeftOut);
   std::vector<std::uint8_t> out;
   out.reserve(events.size() * 5);
@@ -94,7 +94,7 @@ int ProgramByte(int inst) {
   return static_cast<int>(program < 0 ? program + 128 : program);
 }
 
-std::vector<std::uint8_t> SaveMidiBytes(const std::vector<NoteCV>& notes, double gate, const std::string& tempo,
+std::vector<std::uint8_t> MidiFileBytes(const std::vector<Note>& notes, double gate, const std::string& tempo,
                                         int inst, int* notesLeftOut) {
   std::vector<std::uint8_t> track;
   AppendHex(track, kTrackStart);

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "score/note_cv.h"
+#include "score/note.h"
 
 namespace lirenza {
 
@@ -21,9 +21,9 @@ struct MidiEvent {
 // number is outside 0 to 127 has no MIDI key: it is left out, but keeps its place in
 // time as a rest would, so the rest of the score keeps the timing playback gives it.
 // *notesLeftOut, when given, receives how many sounding notes were left out that way.
-std::vector<MidiEvent> MidiEvents(const std::vector<NoteCV>& notes, double gate, int* notesLeftOut = nullptr);
+std::vector<MidiEvent> MidiEvents(const std::vector<Note>& notes, double gate, int* notesLeftOut = nullptr);
 // The bytes of all note events: delta, 0x90, pitch, velocity for each.
-std::vector<std::uint8_t> NoteEventBytes(const std::vector<NoteCV>& notes, double gate,
+std::vector<std::uint8_t> NoteEventBytes(const std::vector<Note>& notes, double gate,
                                          int* notesLeftOut = nullptr);
 // One delta time as a variable-length quantity of up to four bytes (28 bits kept).
 std::vector<std::uint8_t> VariableLengthQuantity(long long delta);
@@ -31,7 +31,7 @@ std::vector<std::uint8_t> VariableLengthQuantity(long long delta);
 // and (inst - 1) mod 128, and a file of one track carries the program alone.
 int ProgramByte(int inst);
 // The whole file. `tempo` is the tempo event text of the slider ("00FF5103......").
-std::vector<std::uint8_t> SaveMidiBytes(const std::vector<NoteCV>& notes, double gate, const std::string& tempo,
+std::vector<std::uint8_t> MidiFileBytes(const std::vector<Note>& notes, double gate, const std::string& tempo,
                                         int inst, int* notesLeftOut = nullptr);
 
 }  // namespace lirenza

@@ -8,7 +8,7 @@
 
 namespace lirenza {
 
-std::string NoteRecord(const NoteCV& n) {
+std::string NoteRecord(const Note& n) {
   std::string r;
   r.reserve(48);
   auto num = [&](long long v) {
@@ -17,17 +17,17 @@ std::string NoteRecord(const NoteCV& n) {
   };
   num(n.left);
   num(n.top);
-  r += n.position ? "1," : "0,";
-  num(n.noteNo);
-  num(n.nline);
-  num(n.sf);
-  num(n.sib);
-  num(n.ks);
-  r += n.ve;
+  r += n.stemDown ? "1," : "0,";
+  num(n.pitch);
+  num(n.linePitch);
+  num(n.accidental);
+  num(n.accidentalSign);
+  num(n.keyShift);
+  r += n.velocityDigit;
   r += ',';
-  r += n.dr;
+  r += n.durationDigit;
   r += ',';
-  r += n.note;
+  r += n.token;
   return r;
 }
 
@@ -40,7 +40,7 @@ std::string ScoreFileText(const ScoreFile& f) {
   }
   text += ';' + f.title + ';' + f.comment + ';' + std::to_string(f.instrumentGroup) + ';' +
           std::to_string(f.instrumentRow) + ';' + std::to_string(f.tempoSlider) + ';' +
-          std::to_string(f.keyN) + ';' + std::to_string(f.timeN) + '\n';
+          std::to_string(f.keySignature) + ';' + std::to_string(f.timeSignature) + '\n';
   return text;
 }
 
@@ -97,7 +97,7 @@ bool LooksLikeNoteRecord(std::string_view record) {
   return comma != std::string_view::npos && IsWholeNumber(record.substr(0, comma));
 }
 
-NoteCV ParseRecord(std::string_view record, ScoreReadReport& report) {
+Note ParseRecord(std::string_view record, ScoreReadReport& report) {
   std::string_view f[kRecordFields + 1];
   std::size_t total = 0;
   const std::size_t have = SplitViews(record, ',', f, kRecordFields + 1, &total);
@@ -106,20 +106,20 @@ NoteCV ParseRecord(std::string_view record, ScoreReadReport& report) {
   bool unreadable = false, huge = false;
   auto number = [&](std::size_t n) { return n <= have ? ReadNumber(f[n - 1], &unreadable, &huge) : 0; };
   auto text = [&](std::size_t n) { return n <= have ? std::string(f[n - 1]) : std::string(); };
-  NoteCV n;
+  Note n;
   n.left = number(1);
   n.top = number(2);
-  n.noteNo = number(4);
-  n.nline = number(5);
-  n.sf = number(6);
-  n.sib = number(7);
-  n.ks = number(8);
-  n.ve = text(9);
-  n.dr = text(10);
-  n.note = text(11);
+  n.pitch = number(4);
+  n.linePitch = number(5);
+  n.accidental = number(6);
+  n.accidentalSign = number(7);
+  n.keyShift = number(8);
+  n.velocityDigit = text(9);
+  n.durationDigit = text(10);
+  n.token = text(11);
   // The stored flag is compared as text: anything but "0" is the u family.
-  n.position = have < 3 || f[2] != "0";
-  n.backdrop = StoredBackdrop(n);
+  n.stemDown = have < 3 || f[2] != "0";
+  n.picture = StoredPicture(n);
   if (unreadable) ++report.recordsWithUnreadableNumbers;
   if (huge) ++report.recordsWithHugeNumbers;
   return n;
@@ -245,9 +245,9 @@ ScoreFile ParseScoreFile(std::string_view raw, ScoreReadReport* reportOut) {
   if (tempo < 0 || tempo > kMaxTempoSlider) report.tempoOutOfRange = tempo;
   f.tempoSlider = static_cast<int>(std::clamp<long long>(tempo, 0, kMaxTempoSlider));
   if (key < 0 || key > kMaxKeyNumber) report.keyOutOfRange = key;
-  f.keyN = report.keyOutOfRange ? 0 : static_cast<int>(key);
+  f.keySignature = report.keyOutOfRange ? 0 : static_cast<int>(key);
   if (time < 0 || time > kMaxTimeNumber) report.timeOutOfRange = time;
-  f.timeN = report.timeOutOfRange ? 0 : static_cast<int>(time);
+  f.timeSignature = report.timeOutOfRange ? 0 : static_cast<int>(time);
 
   // Trailing blanks are cut first: the blank after the last record is not a record.
   std::string_view notes = field(1);
@@ -274,42 +274,38 @@ ScoreFile ParseScoreFile(std::string_view raw, ScoreReadReport* reportOut) {
 }
 
 std::string SaveFileText(Staff& staff, const WindowSettings& settings) {
-  SetMSBValue(staff, 0);
+  ScrollTo(staff, 0);
   ScoreFile f;
-  f.notes.assign(staff.icv.begin() + 1, staff.icv.end());
+  f.notes.assign(staff.notes.begin() + 1, staff.notes.end());
   f.title = staff.title;
   f.comment = staff.comment;
   f.instrumentGroup = settings.instrumentGroup;
   f.instrumentRow = settings.instrumentRow;
   f.tempoSlider = settings.tempoSlider;
-  f.keyN = staff.keyN;
-  f.timeN = staff.timeN;
+  f.keySignature = staff.keySignature;
+  f.timeSignature = staff.timeSignature;
   return ScoreFileText(f);
 }
 
 void ResetAfterSave(Staff& staff, WindowSettings& settings) {
-  ClearNotes(staff);
+  ClearStaff(staff);
   SetTitle(staff, "演奏");
   SetComment(staff, "作曲家/解説");
-  staff.tcvPicture = "T4";
-  staff.mcvBackdrop = "Sheet1";
-  staff.timeN = 0;
-  staff.keyN = 0;
-  staff.kcvPicture = "S0";
+  ResetSignatures(staff);
   settings.tempoSlider = WindowSettings{}.tempoSlider;
 }
 
 int LoadScoreText(Staff& staff, std::string_view text) { return ApplyScoreFile(staff, ParseScoreFile(text)); }
 
 int ApplyScoreFile(Staff& staff, const ScoreFile& f) {
-  ClearNotes(staff);
+  ClearStaff(staff);
   SetTitle(staff, f.title);
   SetComment(staff, f.comment);
-  staff.keyN = f.keyN;
-  staff.timeN = f.timeN;
-  if (auto pic = KeySignaturePicture(f.keyN); !pic.empty()) staff.kcvPicture = pic;
-  if (auto pic = TimeSignaturePicture(f.timeN); !pic.empty()) staff.tcvPicture = pic;
-  staff.icv.reserve(f.notes.size() + 1);
+  staff.keySignature = f.keySignature;
+  staff.timeSignature = f.timeSignature;
+  if (auto pic = KeySignaturePicture(f.keySignature); !pic.empty()) staff.keySignaturePicture = pic;
+  if (auto pic = TimeSignaturePicture(f.timeSignature); !pic.empty()) staff.timeSignaturePicture = pic;
+  staff.notes.reserve(f.notes.size() + 1);
   for (const auto& n : f.notes) staff.AddNote(n);
   return std::clamp(f.tempoSlider, 0, kMaxTempoSlider);
 }

@@ -9,21 +9,21 @@
 #include <string_view>
 #include <vector>
 
-#include "score/note_cv.h"
+#include "score/note.h"
 #include "score/staff.h"
 
 namespace lirenza {
 
 struct ScoreFile {
-  std::vector<NoteCV> notes;  // file order, backdrops chosen as the loader chooses
+  std::vector<Note> notes;  // file order, backdrops chosen as the loader chooses
   std::string title;
   std::string comment;
   int instrumentGroup = 0;  // menu value of the group menu; no reader applies it
   int instrumentRow = 0;    // menu value of the instrument menu; no reader applies it
   bool instrumentGiven = false;  // both menu values stand in the file as numbers
   int tempoSlider = 0;  // always 0..kMaxTempoSlider
-  int keyN = 0;         // always 0..kMaxKeyNumber
-  int timeN = 0;        // always 0..kMaxTimeNumber
+  int keySignature = 0;         // always 0..kMaxKeyNumber
+  int timeSignature = 0;        // always 0..kMaxTimeNumber
 };
 
 inline constexpr int kMaxTempoSlider = 15;
@@ -58,7 +58,7 @@ bool IsUtf8Text(std::string_view text);
 // The text of a file holding exactly these notes and settings.
 std::string ScoreFileText(const ScoreFile& file);
 // The record of one note, without the blank behind it.
-std::string NoteRecord(const NoteCV& note);
+std::string NoteRecord(const Note& note);
 
 // Reads a score from any text, the one way the window and the command line both read.
 // A leading byte-order mark is skipped; carriage returns are dropped; missing,

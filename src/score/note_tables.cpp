@@ -45,7 +45,7 @@ const std::string_view kFlatNames =
     "C7,D7b,D7,E7b,E7,F7,G7b,G7,A7b,A7,B7b,B7,"
     "C8";
 
-// Pitch classes that key signature keyN alters; sharps for 1 to 7, flats for 8 to 14.
+// Pitch classes that key signature keySignature alters; sharps for 1 to 7, flats for 8 to 14.
 const std::array<std::string_view, 15> kKeySignatureClasses = {
     "", "5", "0,5", "0,5,7", "0,2,5,7", "0,2,5,7,9", "0,2,4,5,7,9", "0,2,4,5,7,9,11",
     "11", "4,11", "4,9,11", "2,4,9,11", "2,4,7,9,11", "0,2,4,7,9,11", "0,2,4,5,7,9,11"};
@@ -63,22 +63,22 @@ bool IsNatural(int pitch) {
 
 }  // namespace
 
-int NotePit(std::string_view name) {
+int NaturalPitchOfName(std::string_view name) {
   if (name == "00") return 60;
   for (int pitch = 21; pitch <= 108; ++pitch)
     if (EqualsIgnoreCase(name, Field(kSharpNames, pitch + 1))) return pitch;
   return 0;
 }
 
-int NoteSf(std::string_view name) {
+int AccidentalOfName(std::string_view name) {
   if (name.empty()) return 0;
   if (name.back() == '#') return 1;
   if (name.back() == 'b' || name.back() == 'B') return -1;
   return 0;
 }
 
-int NoteSib(std::string_view name) {
-  int sf = NoteSf(name);
+int SignOfName(std::string_view name) {
+  int sf = AccidentalOfName(name);
   return sf == 1 ? 1 : sf == -1 ? 2 : 0;
 }
 
@@ -93,13 +93,13 @@ std::string TableField(std::string_view table, long long index) {
 
 }  // namespace
 
-int NoteVel(std::string_view digit) { return IntVal(TableField(kVelocityTable, HexVal(digit))); }
+int VelocityOfDigit(std::string_view digit) { return IntVal(TableField(kVelocityTable, HexVal(digit))); }
 
-int NoteTicks(std::string_view digit) { return IntVal(TableField(kDurationTable, HexVal(digit))); }
+int TicksOfDigit(std::string_view digit) { return IntVal(TableField(kDurationTable, HexVal(digit))); }
 
-long long NoteDur(std::string_view digit, double d) {
+long long MicrosecondsOfDigit(std::string_view digit, double d) {
   // The tempo factor is a setting; keep a damaged one from casting out of range.
-  const double us = NoteTicks(digit) * d * 1000;
+  const double us = TicksOfDigit(digit) * d * 1000;
   constexpr double kLimit = 1e15;  // about 30 years
   if (!(us == us)) return 0;
   if (us > kLimit) return static_cast<long long>(kLimit);
@@ -107,7 +107,7 @@ long long NoteDur(std::string_view digit, double d) {
   return static_cast<long long>(us);
 }
 
-std::string NoteStr(int pitch, int sf) {
+std::string PitchName(int pitch, int sf) {
   if (pitch < 0 || pitch > 108) return {};
   return Field(sf == -1 ? kFlatNames : kSharpNames, pitch + 1);
 }
@@ -116,7 +116,7 @@ int StaffLinePitch(int top) {
   return IntVal(TableField(kStaffLineTable, (static_cast<long long>(top) - 33) / 3 - 1));
 }
 
-int NotePosition(int pitch) {
+int EntryTopOfPitch(int pitch) {
   if (pitch < 22 || pitch > 108) return 189;
   int natural = IsNatural(pitch) ? pitch : pitch + 1;
   for (int n = 1; n <= 52; ++n)
@@ -124,45 +124,45 @@ int NotePosition(int pitch) {
   return 189;
 }
 
-int NoteLine(int pitch) {
+int KestraTopOfPitch(int pitch) {
   int pc = ((pitch % 12) + 12) % 12;
   const long long top = kNoteLineBase[pc] - (static_cast<long long>(pitch) / 12 - 5) * 21;
   return static_cast<int>(std::clamp<long long>(top, INT_MIN, INT_MAX));
 }
 
-int KeySignatureShift(int keyN, int nline) {
-  if (keyN < 1 || keyN > 14) return 0;
+int KeySignatureShift(int keySignature, int nline) {
+  if (keySignature < 1 || keySignature > 14) return 0;
   int pc = ((nline % 12) + 12) % 12;
-  for (const auto& f : SplitFields(kKeySignatureClasses[keyN], ","))
-    if (IntVal(f) == pc) return keyN <= 7 ? 1 : -1;
+  for (const auto& f : SplitFields(kKeySignatureClasses[keySignature], ","))
+    if (IntVal(f) == pc) return keySignature <= 7 ? 1 : -1;
   return 0;
 }
 
 NoteFamily EntryFamily(int top) {
-  if (top <= 78) return NoteFamily::U;
-  if (top <= 120) return NoteFamily::N;
-  if (top <= 141) return NoteFamily::U;
-  return NoteFamily::N;
+  if (top <= 78) return NoteFamily::StemDown;
+  if (top <= 120) return NoteFamily::StemUp;
+  if (top <= 141) return NoteFamily::StemDown;
+  return NoteFamily::StemUp;
 }
 
 NoteFamily KestraFamily(int top) {
-  if (top <= 75) return NoteFamily::U;
-  if (top <= 117) return NoteFamily::N;
-  if (top <= 150) return NoteFamily::U;
-  return NoteFamily::N;
+  if (top <= 75) return NoteFamily::StemDown;
+  if (top <= 117) return NoteFamily::StemUp;
+  if (top <= 150) return NoteFamily::StemDown;
+  return NoteFamily::StemUp;
 }
 
 NoteFamily MenuFamily(int top) {
-  if (top <= 75) return NoteFamily::U;
-  if (top <= 117) return NoteFamily::N;
-  if (top <= 159) return NoteFamily::U;
-  return NoteFamily::N;
+  if (top <= 75) return NoteFamily::StemDown;
+  if (top <= 117) return NoteFamily::StemUp;
+  if (top <= 159) return NoteFamily::StemDown;
+  return NoteFamily::StemUp;
 }
 
 NoteFamily TransposeFamily(int top) {
-  if (top <= 75) return NoteFamily::U;
-  if (top <= 117) return NoteFamily::N;
-  return NoteFamily::U;
+  if (top <= 75) return NoteFamily::StemDown;
+  if (top <= 117) return NoteFamily::StemUp;
+  return NoteFamily::StemDown;
 }
 
 std::string NotePictureName(char family, std::string_view digit) {
@@ -171,11 +171,11 @@ std::string NotePictureName(char family, std::string_view digit) {
 }
 
 std::string NotePictureName(NoteFamily family, std::string_view digit) {
-  return NotePictureName(family == NoteFamily::U ? 'u' : 'n', digit);
+  return NotePictureName(family == NoteFamily::StemDown ? 'u' : 'n', digit);
 }
 
-std::string KeySignaturePicture(int keyN) { return TableField(kKeySignaturePictures, keyN); }
+std::string KeySignaturePicture(int keySignature) { return TableField(kKeySignaturePictures, keySignature); }
 
-std::string TimeSignaturePicture(int timeN) { return TableField(kTimeSignaturePictures, timeN); }
+std::string TimeSignaturePicture(int timeSignature) { return TableField(kTimeSignaturePictures, timeSignature); }
 
 }  // namespace lirenza

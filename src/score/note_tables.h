@@ -19,32 +19,32 @@ extern const std::string_view kEntryVelocityDigits;
 
 // Natural pitch of a pitch name such as "C4" (case ignored); "00" reads as 60, any
 // text outside the sharp table from A0 to C8 as 0.
-int NotePit(std::string_view name);
+int NaturalPitchOfName(std::string_view name);
 // Semitone of the name's own accidental: "#" at the end 1, "b" -1, else 0.
-int NoteSf(std::string_view name);
+int AccidentalOfName(std::string_view name);
 // The accidental sign drawn for the name: "#" 1, "b" 2, else 0.
-int NoteSib(std::string_view name);
+int SignOfName(std::string_view name);
 // MIDI velocity of a digit; an unreadable digit reads as 0.
-int NoteVel(std::string_view digit);
+int VelocityOfDigit(std::string_view digit);
 // Ticks of a duration digit; an unreadable digit reads as 0, so 1920 ticks.
-int NoteTicks(std::string_view digit);
+int TicksOfDigit(std::string_view digit);
 // Length of a digit in microseconds at tempo factor d, truncated.
-long long NoteDur(std::string_view digit, double d);
+long long MicrosecondsOfDigit(std::string_view digit, double d);
 // Pitch name of a MIDI number: the flat table when sf is -1, the sharp table
 // otherwise; the empty string outside 0 to 108.
-std::string NoteStr(int pitch, int sf);
+std::string PitchName(int pitch, int sf);
 // Top of a note entered by hand (black keys read as the flat above).
-int NotePosition(int pitch);
-// Top of a note loaded from a kestra line: two diatonic steps above NotePosition.
-int NoteLine(int pitch);
+int EntryTopOfPitch(int pitch);
+// Top of a note loaded from a kestra line: two diatonic steps above EntryTopOfPitch.
+int KestraTopOfPitch(int pitch);
 // Natural pitch under a Top, by the staff line table: field (Top - 33) / 3.
 int StaffLinePitch(int top);
-// Semitone effect of key signature keyN (0 to 14) on the natural line nline.
-int KeySignatureShift(int keyN, int nline);
+// Semitone effect of key signature keySignature (0 to 14) on the natural line nline.
+int KeySignatureShift(int keySignature, int nline);
 
 // Which picture family a sounding note wears. The thresholds differ by route
 // because each route was tuned to its own placement of the head.
-enum class NoteFamily { N, U };
+enum class NoteFamily { StemUp, StemDown };
 NoteFamily EntryFamily(int top);      // note entry, drop of a dragged note
 NoteFamily KestraFamily(int top);     // a staff filled from a kestra line
 NoteFamily MenuFamily(int top);       // note menu's conversion of a rest to a note
@@ -57,7 +57,7 @@ std::string NotePictureName(NoteFamily family, std::string_view digit);
 
 // The key signature and time signature pictures of KCV and TCV; empty outside the
 // tables, where the picture is left as it was.
-std::string KeySignaturePicture(int keyN);
-std::string TimeSignaturePicture(int timeN);
+std::string KeySignaturePicture(int keySignature);
+std::string TimeSignaturePicture(int timeSignature);
 
 }  // namespace lirenza

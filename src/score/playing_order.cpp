@@ -4,7 +4,7 @@
 
 namespace lirenza {
 
-std::vector<int> PlayingOrder(const std::vector<NoteCV>& notes) {
+std::vector<int> PlayingOrder(const std::vector<Note>& notes) {
   std::vector<int> order{0};
   if (notes.size() <= 1) return order;
   std::vector<int> byLeft;
@@ -21,7 +21,7 @@ std::vector<int> PlayingOrder(const std::vector<NoteCV>& notes) {
     const std::size_t firstInOrder = order.size();
     for (std::size_t k = columnStart; k < byLeft.size() && notes[byLeft[k]].left == left; ++k, ++columnStart) {
       const int n = byLeft[k];
-      if (order.size() > firstInOrder && HexVal(notes[order.back()].dr) > HexVal(notes[n].dr)) {
+      if (order.size() > firstInOrder && HexVal(notes[order.back()].durationDigit) > HexVal(notes[n].durationDigit)) {
         // Before the column's last note: that note moves one place on.
         order.push_back(order.back());
         order[order.size() - 2] = n;

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "score/note_cv.h"
+#include "score/note.h"
 
 namespace lirenza {
 
@@ -16,7 +16,7 @@ namespace lirenza {
 // dropped nor played as the template. Within a column the notes are taken in index
 // order: each goes to the end of the column, or just before the column's last note when
 // that note's duration digit is greater than its own.
-std::vector<int> PlayingOrder(const std::vector<NoteCV>& notes);
+std::vector<int> PlayingOrder(const std::vector<Note>& notes);
 
 // Puts events[1..] in time order, keeping creation order among events of equal time, so
 // a note-off never overtakes the note-on made before it at the same time. Element 0 is a

@@ -38,10 +38,10 @@ constexpr std::array<std::array<int, 2>, 12> kRatios = {{
 
 }  // namespace
 
-void PureScale(TuningTables& t, int keyN) {
+void TuneToKey(TuningTables& t, int keySignature) {
   // A key no score can hold (a damaged file) tunes as C major rather than to silence.
-  if (keyN < 0 || keyN > 14) keyN = 0;
-  const Tonic tonic = kTonics[keyN];
+  if (keySignature < 0 || keySignature > 14) keySignature = 0;
+  const Tonic tonic = kTonics[keySignature];
   for (int k = 0; k < 12; ++k) t.scale[k] = tonic.hz * kRatios[k][0] / kRatios[k][1];
   t.ratioList = std::string(kRatioList);
   const double semitone = std::log(std::pow(2.0, 0.08333333333333333));
@@ -54,10 +54,10 @@ void PureScale(TuningTables& t, int keyN) {
     }
   }
   for (int j = 0; j < 12; ++j) {
-    t.efr[j] = Field(t.ratioList, j - tonic.offset + 12);
-    t.efs[j] = std::to_string(t.h[j + 60]);
+    t.ratioTexts[j] = Field(t.ratioList, j - tonic.offset + 12);
+    t.frequencyTexts[j] = std::to_string(t.h[j + 60]);
   }
-  t.keyName = Field(kKeyNames, keyN + 1);
+  t.keyName = Field(kKeyNames, keySignature + 1);
 }
 
 }  // namespace lirenza

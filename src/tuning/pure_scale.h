@@ -14,17 +14,17 @@ struct TuningTables {
   std::array<long long, kPitchTableSize> h{};  // whole Hz for each pitch index
   std::array<long long, kPitchTableSize> p{};  // pitch for each index, semitones × 256
   std::string ratioList;                   // every ratio the tuning panel can show
-  std::array<std::string, 12> efr;         // ratio of each pitch class to the tonic
-  std::array<std::string, 12> efs;         // Hz of each pitch class around middle C
+  std::array<std::string, 12> ratioTexts;         // ratio of each pitch class to the tonic
+  std::array<std::string, 12> frequencyTexts;         // Hz of each pitch class around middle C
   std::string keyName;                     // ST(39)
 };
 
 extern const std::string_view kKeyNames;   // the 15 key names, one literal
 extern const std::string_view kRatioList;
 
-// Rebuilds every table from keyN; a keyN outside 0 to 14 tunes as key 0. Indexes outside
+// Rebuilds every table from keySignature; a keySignature outside 0 to 14 tunes as key 0. Indexes outside
 // the key's ten octaves keep what they held, as a retuned instrument keeps strings it
 // was not asked to retune.
-void PureScale(TuningTables& t, int keyN);
+void TuneToKey(TuningTables& t, int keySignature);
 
 }  // namespace lirenza

@@ -5,7 +5,7 @@
 
 namespace lirenza {
 
-std::vector<PlayEvent> BuildEventList(const std::vector<NoteCV>& notes, double tempoFactor, double gate) {
+std::vector<PlayEvent> BuildEventList(const std::vector<Note>& notes, double tempoFactor, double gate) {
   std::vector<PlayEvent> events(1);
   if (notes.empty()) return events;
   const std::vector<int> order = PlayingOrder(notes);
@@ -13,11 +13,11 @@ std::vector<PlayEvent> BuildEventList(const std::vector<NoteCV>& notes, double t
   double t = 0.0;
   for (std::size_t k = 1; k < order.size(); ++k) {
     const int c = order[k];
-    const NoteCV& note = notes[c];
-    const NoteCV& before = notes[order[k - 1]];
-    if (note.left != before.left) t += static_cast<double>(NoteDur(before.dr, tempoFactor));
-    events.push_back(PlayEvent{c, t, note.noteNo, NoteVel(note.ve)});
-    events.push_back(PlayEvent{c, t + static_cast<double>(NoteDur(note.dr, tempoFactor)) * gate, note.noteNo, 0});
+    const Note& note = notes[c];
+    const Note& before = notes[order[k - 1]];
+    if (note.left != before.left) t += static_cast<double>(MicrosecondsOfDigit(before.durationDigit, tempoFactor));
+    events.push_back(PlayEvent{c, t, note.pitch, VelocityOfDigit(note.velocityDigit)});
+    events.push_back(PlayEvent{c, t + static_cast<double>(MicrosecondsOfDigit(note.durationDigit, tempoFactor)) * gate, note.pitch, 0});
   }
   SortEventsByTime(events, [](const PlayEvent& e) { return e.time; });
   return events;

@@ -4,7 +4,7 @@
 // with. Element 0 is a blank that is never played.
 #include <vector>
 
-#include "score/note_cv.h"
+#include "score/note.h"
 
 namespace lirenza {
 
@@ -17,6 +17,6 @@ struct PlayEvent {
 
 // Orders the notes by Left as playback does and builds the list. tempoFactor scales
 // every length; gate is the share of a note that sounds. O(n log n) in the notes.
-std::vector<PlayEvent> BuildEventList(const std::vector<NoteCV>& notes, double tempoFactor, double gate);
+std::vector<PlayEvent> BuildEventList(const std::vector<Note>& notes, double tempoFactor, double gate);
 
 }  // namespace lirenza

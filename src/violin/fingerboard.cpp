@@ -64,12 +64,12 @@ HandGeometry HandGeometryAt(int string, int cell) {
 
 MouseDownResult FingerboardMouseDown(int x, int y, const Modifiers& mods, const Modes& modes, Staff& staff,
                                      FingerPress& press, const TuningTables& tuning, const SoundPorts& ports) {
-  if (modes.playflag || modes.repeatflag) return {};
+  if (modes.playing || modes.listPlaying) return {};
   // The note about to be entered would fall right of the staff: turn the page first,
   // even when the click then misses the strings.
-  if (staff.preNote[0] >= kPageColumn) {
-    SetMSBValue(staff, staff.msbValue + kPageStep);
-    staff.preNote[0] = kColumnAfterPage;
+  if (staff.entryLeft >= kPageColumn) {
+    ScrollTo(staff, staff.scrollValue + kPageStep);
+    staff.entryLeft = kColumnAfterPage;
   }
   const int row = StringRow(y);
   if (row == 0) return {};

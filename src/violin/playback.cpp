@@ -37,12 +37,12 @@ bool FollowOnStaff(const PlaybackState& state, int i, bool repaint, const Playba
   const int previous = state.events[i - 1].place;
   Staff& staff = env.staff;
   if (!staff.Exists(e.place) || !staff.Exists(previous)) return false;
-  if (staff.icv[e.place].left >= kPageColumn) SetMSBValue(staff, staff.msbValue + kPageStep);
+  if (staff.notes[e.place].left >= kPageColumn) ScrollTo(staff, staff.scrollValue + kPageStep);
   PlayAndShow(env.sound, env.tuning, env.handPosition, e.pitch, e.velocity);
-  staff.icv[previous].nOnFlag = false;
+  staff.notes[previous].sounding = false;
   if (repaint) env.view.RefreshNote(previous);
   if (e.velocity != 0) {
-    staff.icv[e.place].nOnFlag = true;
+    staff.notes[e.place].sounding = true;
     env.view.RefreshNote(e.place);
   }
   return true;
@@ -58,12 +58,12 @@ void NextScore(PlaybackState& state, bool quiet, const PlaybackEnv& env) {
   SelectNextRow(env.list);
   if (!quiet) {
     state.playingLabel = false;
-    env.modes.noteReading = true;
+    env.modes.loading = true;
   }
   env.list.SetNotes();
   StartPiece(state, env);
   if (!quiet) {
-    env.modes.noteReading = false;
+    env.modes.loading = false;
     state.playingLabel = true;
   }
 }
@@ -75,8 +75,8 @@ void EndOfPiece(PlaybackState& state, PlayTimer timer, int last, const PlaybackE
   }
   if (timer == PlayTimer::LoopFollowingStaff && last >= 1 && env.staff.Exists(state.events[last].place))
     env.view.RefreshNote(state.events[last].place);
-  state.noteNo = 1;
-  SetMSBValue(env.staff, 0);
+  state.cursor = 1;
+  ScrollTo(env.staff, 0);
   state.startT = env.clock.Microseconds();
 }
 
@@ -94,9 +94,9 @@ void StopTimersOf(PlaybackState& state, bool list, PlayStyle style) {
 void Stop(PlaybackState& state, PlayStyle style, const PlaybackEnv& env) {
   state.listEnabled = true;
   Modes& modes = env.modes;
-  const int i = state.noteNo;
-  if (modes.playflag) {
-    modes.playflag = false;
+  const int i = state.cursor;
+  if (modes.playing) {
+    modes.playing = false;
     state.buttonPicture[0] = kTransportPictures[0].up;
     state.buttonPicture[2] = kTransportPictures[2].up;
     state.playingLabel = false;
@@ -106,13 +106,13 @@ void Stop(PlaybackState& state, PlayStyle style, const PlaybackEnv& env) {
       // nothing is left sounding.
       const int place = i >= 0 && i < static_cast<int>(state.events.size()) ? state.events[i].place : -1;
       if (place >= 1 && env.staff.Exists(place)) {
-        env.staff.icv[place].nOnFlag = false;
+        env.staff.notes[place].sounding = false;
         env.view.RefreshNote(place);
       }
     }
-  } else if (modes.repeatflag) {
-    modes.repeatflag = false;
-    modes.playflag = false;
+  } else if (modes.listPlaying) {
+    modes.listPlaying = false;
+    modes.playing = false;
     state.buttonPicture[2] = kTransportPictures[2].up;
     state.buttonPicture[1] = kTransportPictures[1].down;
     state.playingLabel = false;
@@ -124,7 +124,7 @@ void Stop(PlaybackState& state, PlayStyle style, const PlaybackEnv& env) {
   if (before >= 0 && before < static_cast<int>(state.events.size()) &&
       env.staff.Exists(state.events[before].place)) {
     env.view.RefreshNote(state.events[before].place);
-    SetMSBValue(env.staff, 0);
+    ScrollTo(env.staff, 0);
   }
 }
 
@@ -159,17 +159,17 @@ PlayTimer TimerFor(bool list, PlayStyle style) {
 }
 
 void StartPiece(PlaybackState& state, const PlaybackEnv& env) {
-  state.events = BuildEventList(env.staff.icv, env.tempoFactor, env.soundingShare);
+  state.events = BuildEventList(env.staff.notes, env.tempoFactor, env.gate);
   state.startT = env.clock.Microseconds();
-  state.noteNo = 1;
-  state.noteCount = static_cast<int>(state.events.size()) - 1;
+  state.cursor = 1;
+  state.lastEvent = static_cast<int>(state.events.size()) - 1;
 }
 
 bool PlaybackTick(PlaybackState& state, PlayTimer timer, const PlaybackEnv& env) {
   if (!state.Running(timer)) return false;
-  const int i = state.noteNo;
+  const int i = state.cursor;
   bool carried = false;
-  if (i >= 1 && i <= state.noteCount && i < static_cast<int>(state.events.size())) {
+  if (i >= 1 && i <= state.lastEvent && i < static_cast<int>(state.events.size())) {
     const PlayEvent& e = state.events[i];
     if (e.time * env.tempoFactor > env.clock.Microseconds() - state.startT) return false;
     switch (timer) {
@@ -191,46 +191,46 @@ bool PlaybackTick(PlaybackState& state, PlayTimer timer, const PlaybackEnv& env)
         }
         break;
     }
-    state.noteNo = i + 1;
+    state.cursor = i + 1;
     carried = true;
   }
-  if (state.noteNo > state.noteCount) EndOfPiece(state, timer, carried ? i : 0, env);
+  if (state.cursor > state.lastEvent) EndOfPiece(state, timer, carried ? i : 0, env);
   if (timer == PlayTimer::LoopFollowingStaff) env.view.RefreshStaff();
   return carried;
 }
 
 double MicrosecondsUntilDue(const PlaybackState& state, const PlaybackEnv& env) {
-  const int i = state.noteNo;
-  if (i < 1 || i > state.noteCount || i >= static_cast<int>(state.events.size())) return 0;
+  const int i = state.cursor;
+  if (i < 1 || i > state.lastEvent || i >= static_cast<int>(state.events.size())) return 0;
   const double wait = state.events[i].time * env.tempoFactor - (env.clock.Microseconds() - state.startT);
   return wait > 0 ? wait : 0;
 }
 
 bool TransportMouseDown(PlaybackState& state, int index, PlayStyle style, const PlaybackEnv& env) {
   Modes& modes = env.modes;
-  if (modes.noteReading) return false;
+  if (modes.loading) return false;
   switch (index) {
     case 0:
       // Whatever notes the staff holds are played, however they came there.
-      if (!env.staff.Exists(1) || modes.playflag) return false;
+      if (!env.staff.Exists(1) || modes.playing) return false;
       state.listEnabled = false;
-      SetMSBValue(env.staff, 0);
-      modes.playflag = true;
+      ScrollTo(env.staff, 0);
+      modes.playing = true;
       state.playingLabel = true;
       state.buttonPicture[0] = kTransportPictures[0].down;
       StartPiece(state, env);
       Run(state, TimerFor(false, style), true);
       return true;
     case 2:
-      if (env.list.Rows() < 2 || modes.repeatflag) return false;
+      if (env.list.Rows() < 2 || modes.listPlaying) return false;
       state.listEnabled = false;
-      SetMSBValue(env.staff, 0);
-      modes.repeatflag = true;
+      ScrollTo(env.staff, 0);
+      modes.listPlaying = true;
       state.buttonPicture[2] = kTransportPictures[2].down;
-      modes.noteReading = true;
+      modes.loading = true;
       env.list.SetNotes();
       StartPiece(state, env);
-      modes.noteReading = false;
+      modes.loading = false;
       state.playingLabel = true;
       Run(state, TimerFor(true, style), true);
       return true;
@@ -252,7 +252,7 @@ void TransportMouseEnter(PlaybackState& state, int index) {
 
 void TransportMouseExit(PlaybackState& state, int index, const Modes& modes) {
   if (index < 0 || index >= kTransportButtons) return;
-  if ((index == 0 && modes.playflag) || (index == 2 && modes.repeatflag)) return;
+  if ((index == 0 && modes.playing) || (index == 2 && modes.listPlaying)) return;
   state.buttonPicture[index] = kTransportPictures[index].up;
 }
 

@@ -25,7 +25,7 @@ inline constexpr int kPlayTimers = 6;
 class StaffView {
  public:
   virtual ~StaffView() = default;
-  virtual void RefreshNote(int index) = 0;  // one note of icv, to show its highlight
+  virtual void RefreshNote(int index) = 0;  // one note of notes, to show its highlight
   virtual void RefreshStaff() = 0;          // the whole staff canvas
 };
 
@@ -41,7 +41,7 @@ class ScoreList {
 };
 
 // What playback works on. tempoFactor (the tempo row's d, larger is slower) and
-// soundingShare are read where they are used: moving the tempo
+// gate are read where they are used: moving the tempo
 // slider mid-piece moves every event still to come.
 struct PlaybackEnv {
   Staff& staff;
@@ -49,7 +49,7 @@ struct PlaybackEnv {
   const TuningTables& tuning;
   const int& handPosition;
   const double& tempoFactor;
-  const double& soundingShare;
+  const double& gate;
   const Clock& clock;
   SoundPorts sound;
   StaffView& view;
@@ -73,8 +73,8 @@ extern const std::array<ButtonPictures, kTransportButtons> kTransportPictures;
 
 struct PlaybackState {
   std::vector<PlayEvent> events{PlayEvent{}};  // element 0 is a blank, never played
-  int noteNo = 1;                              // the cursor: next event to carry out
-  int noteCount = 0;                           // index of the last event
+  int cursor = 1;                              // the next event to carry out
+  int lastEvent = 0;                           // index of the last event
   double startT = 0;                           // clock at the start of the piece
   std::array<bool, kPlayTimers> running{};
   // What the window shows of the transport.

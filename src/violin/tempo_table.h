@@ -1,6 +1,6 @@
 #pragma once
-// The tempo slider, 0 to 15: the MIDI tempo event it writes, the playback time factor
-// d (larger is slower), and the number and term the window shows. Three separate
+// The tempo slider, 0 to 15: the MIDI tempo event it writes, the playback time
+// factor (larger is slower), and the number and term the window shows. Three separate
 // lists: the number shown is not the file's beats per minute.
 #include <string>
 #include <string_view>
@@ -12,7 +12,7 @@ inline constexpr int kTempoSliderStart = 7;
 
 struct TempoRow {
   std::string tempo;  // "00FF5103" and six hex digits of microseconds per quarter
-  double d;
+  double tempoFactor;
   int number;
   std::string term;
 };

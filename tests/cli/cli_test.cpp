@@ -298,8 +298,8 @@ namespace {
 // A saved score with random damage of the kinds other editors and broken copies make.
 std::string DamagedScore(std::mt19937& rng) {
   Staff staff;
-  ChangeKestra(staff, "C498 E4b94 G4#92 0008 A5C8 B3b91 D49F");
-  for (std::size_t i = 1; i < staff.icv.size(); ++i) staff.icv[i].left += 40 * static_cast<int>(rng() % 9);
+  LoadKestraLine(staff, "C498 E4b94 G4#92 0008 A5C8 B3b91 D49F");
+  for (std::size_t i = 1; i < staff.notes.size(); ++i) staff.notes[i].left += 40 * static_cast<int>(rng() % 9);
   std::string text = SaveFileText(staff, WindowSettings{5, 0, static_cast<int>(rng() % 16)});
   const char* inserts[] = {";", ",", " ", "\r", "-", "1e308", "99", "x", "9999999999", "\xEF\xBB\xBF", "  "};
   const int damages = 1 + static_cast<int>(rng() % 4);
@@ -340,7 +340,7 @@ TEST_F(Cli, DamagedScoresGiveTheNotesAndMidiTheLibraryGives) {
     Staff staff;
     const int slider = ApplyScoreFile(staff, file);
     std::string events = "\"events\":[";
-    const auto list = BuildEventList(staff.icv, 1.0, 0.95);
+    const auto list = BuildEventList(staff.notes, 1.0, 0.95);
     char buf[160];
     for (std::size_t i = 1; i < list.size(); ++i) {
       std::snprintf(buf, sizeof buf, "%s{\"place\":%d,\"time\":%.0f,\"pitch\":%d,\"velocity\":%d}", i > 1 ? "," : "",
@@ -348,12 +348,12 @@ TEST_F(Cli, DamagedScoresGiveTheNotesAndMidiTheLibraryGives) {
       events += buf;
     }
     EXPECT_NE(inspect.out.find(events + "]}"), std::string::npos) << inspect.out;
-    EXPECT_NE(inspect.out.find(",\"keyN\":" + std::to_string(staff.keyN) + ",\"timeN\":" + std::to_string(staff.timeN)),
+    EXPECT_NE(inspect.out.find(",\"keyN\":" + std::to_string(staff.keySignature) + ",\"timeN\":" + std::to_string(staff.timeSignature)),
               std::string::npos);
 
     CliResult midi = Run({"midi", S("d.note"), "-o", S("d.mid"), "--instrument", "41"});
     ASSERT_EQ(midi.exit, 0) << midi.err;
-    const auto bytes = SaveMidiBytes(staff.icv, 0.95, TempoForSlider(slider).tempo, 41);
+    const auto bytes = MidiFileBytes(staff.notes, 0.95, TempoForSlider(slider).tempo, 41);
     EXPECT_EQ(Slurp(P("d.mid")), std::string(bytes.begin(), bytes.end()));
   }
   EXPECT_GT(read, 20) << "most damaged scores are still scores";

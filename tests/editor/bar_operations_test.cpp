@@ -15,20 +15,20 @@ Staff Bars(int count) {
   Staff s;
   const char* names[] = {"C4", "D4", "E4", "F4", "G4", "A4", "B4", "C5", "D5", "E5"};
   for (int b = 0; b < count; ++b) {
-    NoteCV n;
+    Note n;
     FillFromToken(n, std::string(names[b % 10]) + "94");
     n.left = 128 + 144 * b;
     n.top = 120 - 3 * b;
-    n.backdrop = "n4";
+    n.picture = "n4";
     s.AddNote(n);
   }
   return s;
 }
 std::vector<std::string> TokensByLeft(const Staff& s) {
-  std::vector<NoteCV> notes(s.icv.begin() + 1, s.icv.end());
+  std::vector<Note> notes(s.notes.begin() + 1, s.notes.end());
   std::stable_sort(notes.begin(), notes.end(), [](auto& a, auto& b) { return a.left < b.left; });
   std::vector<std::string> out;
-  for (auto& n : notes) out.push_back(std::to_string(n.left) + ":" + n.note);
+  for (auto& n : notes) out.push_back(std::to_string(n.left) + ":" + n.token);
   return out;
 }
 using V = std::vector<std::string>;
@@ -52,44 +52,44 @@ TEST(BarOperations, CutClearInsertAndPaste) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     Staff s = Bars(3);
-    s.preCord[0] = c.target;
-    s.preCord[1] = c.copied;
+    s.selectedBar = c.target;
+    s.copiedBar = c.copied;
     c.op(s);
     EXPECT_EQ(TokensByLeft(s), c.after);
-    EXPECT_EQ(s.icv[0].left, 120) << "the template never moves";
+    EXPECT_EQ(s.notes[0].left, 120) << "the template never moves";
   }
 }
 
 TEST(BarOperations, PasteKeepsPicturesSignsAndChords) {
   Staff s = Bars(1);
-  NoteCV chord;
+  Note chord;
   FillFromToken(chord, "F4#94");
-  chord.left = s.icv[1].left;
+  chord.left = s.notes[1].left;
   chord.top = 108;
-  chord.position = true;
-  chord.backdrop = "u4";
+  chord.stemDown = true;
+  chord.picture = "u4";
   s.AddNote(chord);
-  s.keyN = 5;  // nothing is read again under the key
-  s.preCord[0] = 3;
-  s.preCord[1] = 0;
+  s.keySignature = 5;  // nothing is read again under the key
+  s.selectedBar = 3;
+  s.copiedBar = 0;
   BarCopy(s);
   ASSERT_EQ(s.NoteCount(), 4);
-  EXPECT_EQ(s.icv[3].left, 128 + 432);
-  EXPECT_EQ(s.icv[4].note, "F4#94");
-  EXPECT_EQ(s.icv[4].sib, 1);
-  EXPECT_EQ(s.icv[4].backdrop, "u4");
-  EXPECT_TRUE(s.icv[4].position);
-  EXPECT_EQ(s.icv[4].ks, 0);
+  EXPECT_EQ(s.notes[3].left, 128 + 432);
+  EXPECT_EQ(s.notes[4].token, "F4#94");
+  EXPECT_EQ(s.notes[4].accidentalSign, 1);
+  EXPECT_EQ(s.notes[4].picture, "u4");
+  EXPECT_TRUE(s.notes[4].stemDown);
+  EXPECT_EQ(s.notes[4].keyShift, 0);
 }
 
 TEST(BarOperations, CopyScrollPasteCopiesTheBarTheUserChose) {
   Staff s = Bars(12);
-  s.preCord[0] = 2;  // the user copies bar 2 (E4)
+  s.selectedBar = 2;  // the user copies bar 2 (E4)
   BarCopyMark(s);
-  SetMSBValue(s, 720);   // scrolls five bars on
-  s.preCord[0] = 3;      // and picks the bar now third from the left: bar 8 of the score
+  ScrollTo(s, 720);   // scrolls five bars on
+  s.selectedBar = 3;      // and picks the bar now third from the left: bar 8 of the score
   BarCopy(s);
-  SetMSBValue(s, 0);
+  ScrollTo(s, 0);
   const V tokens = TokensByLeft(s);
   EXPECT_EQ(tokens[8], std::to_string(128 + 144 * 8) + ":E494");
   EXPECT_EQ(std::count(tokens.begin(), tokens.end(), "416:E494"), 1) << "the source stays";
@@ -99,15 +99,15 @@ TEST(BarOperations, CopyScrollPasteCopiesTheBarTheUserChose) {
 TEST(BarOperations, InsertStopsAtTheEndOfTheStaffInEntryOrder) {
   Staff s;
   for (int left : {200, 10232, 300}) {
-    NoteCV n;
+    Note n;
     n.left = left;
     s.AddNote(n);
   }
-  s.preCord[0] = 0;
+  s.selectedBar = 0;
   BarAdd(s);
-  EXPECT_EQ(s.icv[1].left, 344);
-  EXPECT_EQ(s.icv[2].left, 10232) << "past 10224 the walk stops";
-  EXPECT_EQ(s.icv[3].left, 300) << "notes behind it in entry order stay";
+  EXPECT_EQ(s.notes[1].left, 344);
+  EXPECT_EQ(s.notes[2].left, 10232) << "past 10224 the walk stops";
+  EXPECT_EQ(s.notes[3].left, 300) << "notes behind it in entry order stay";
 }
 
 TEST(BarOperations, DoubleWritesTheScoreOutTwiceUpTo36Bars) {
@@ -118,17 +118,17 @@ TEST(BarOperations, DoubleWritesTheScoreOutTwiceUpTo36Bars) {
     SCOPED_TRACE(c.lastLeft);
     Staff s;
     for (int left : {128, c.lastLeft}) {
-      NoteCV n;
+      Note n;
       n.left = left;
       s.AddNote(n);
     }
-    SetMSBValue(s, 288);
+    ScrollTo(s, 288);
     BarDouble(s);
-    EXPECT_EQ(s.msbValue, 0);
+    EXPECT_EQ(s.scrollValue, 0);
     ASSERT_EQ(s.NoteCount(), 2 + c.copies);
     if (c.copies) {
-      EXPECT_EQ(s.icv[3].left, 128 + c.offset);
-      EXPECT_EQ(s.icv[4].left, c.lastLeft + c.offset);
+      EXPECT_EQ(s.notes[3].left, 128 + c.offset);
+      EXPECT_EQ(s.notes[4].left, c.lastLeft + c.offset);
     }
   }
 }
@@ -137,15 +137,15 @@ TEST(BarOperations, MenusDeleteAllOnTwoRoads) {
   FakeConfirm confirm;
   Staff s = Bars(3);
   s.title = "曲";
-  s.keyN = 4;
-  s.noteChanged = false;
+  s.keySignature = 4;
+  s.hasChanges = false;
   EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::DeleteAll, 20, 78, confirm), BarMenuOutcome::Done);
   EXPECT_TRUE(confirm.asked.empty()) << "an unchanged score is cleared without asking";
   EXPECT_EQ(s.NoteCount(), 0);
-  EXPECT_EQ(s.keyN, 4);
+  EXPECT_EQ(s.keySignature, 4);
 
   s = Bars(3);
-  s.noteChanged = true;
+  s.hasChanges = true;
   confirm.answer = false;
   ChooseFromStaffMenu(s, BarOperation::DeleteAll, 20, 78, confirm);
   EXPECT_EQ(confirm.asked, (std::vector<std::string>{"楽譜の音符を全部削除しますか？"}));
@@ -153,26 +153,26 @@ TEST(BarOperations, MenusDeleteAllOnTwoRoads) {
 
   confirm.answer = true;
   s.title = "曲";
-  s.keyN = 4;
+  s.keySignature = 4;
   ChooseFromBarMenu(s, Modes{}, BarOperation::DeleteAll, confirm);
   EXPECT_EQ(confirm.asked.size(), 2u) << "the menu road always asks";
   EXPECT_EQ(s.NoteCount(), 0);
   EXPECT_EQ(s.title, "");
-  EXPECT_EQ(s.keyN, 0);
+  EXPECT_EQ(s.keySignature, 0);
 
   s = Bars(3);
   // The staff's menu has no busy guard and places the entry column at the mouse.
-  s.preCord[0] = 0;
+  s.selectedBar = 0;
   EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::Cut, 44, 78, confirm), BarMenuOutcome::Done);
   EXPECT_EQ(s.NoteCount(), 2);
-  EXPECT_EQ(s.preNote[0], 160);
+  EXPECT_EQ(s.entryLeft, 160);
   EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::OpenScore, 0, 0, confirm), BarMenuOutcome::OpenFile);
   EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::SaveScore, 0, 0, confirm), BarMenuOutcome::SaveFile);
   EXPECT_EQ(ChooseFromBarMenu(s, Modes{}, BarOperation::OpenScore, confirm), BarMenuOutcome::Ignored)
       << "the bar menu has no file items";
-  s.preCord[0] = 1;
+  s.selectedBar = 1;
   EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::Copy, 0, 0, confirm), BarMenuOutcome::Done);
-  EXPECT_EQ(s.preCord[1], 1);
+  EXPECT_EQ(s.copiedBar, 1);
 }
 
 // Both menus name each operation the same way: the staff menu's caption, without its

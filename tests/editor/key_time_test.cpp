@@ -13,13 +13,13 @@ Staff Melody() {
   const std::pair<const char*, int> notes[] = {{"C498", 120}, {"F498", 111}, {"B498", 102}, {"0008", 111}};
   int left = 136;
   for (auto [token, top] : notes) {
-    NoteCV n;
+    Note n;
     FillFromToken(n, token);
     n.top = top;
     n.left = left;
     left += 32;
-    if (!n.IsRest()) n.backdrop = "n8";
-    RepaintToken(n);
+    if (!n.IsRest()) n.picture = "n8";
+    RespellToken(n);
     s.AddNote(n);
   }
   return s;
@@ -29,28 +29,28 @@ Staff Melody() {
 TEST(KeyMenu, CToGAndBackMovesLinesAndRetunes) {
   Staff s = Melody();
   TuningTables tuning;
-  PureScale(tuning, 0);
+  TuneToKey(tuning, 0);
   ASSERT_TRUE(ChooseKey(s, tuning, Modes{}, 1));
-  EXPECT_EQ(s.keyN, 1);
-  EXPECT_EQ(s.kcvPicture, "S1");
+  EXPECT_EQ(s.keySignature, 1);
+  EXPECT_EQ(s.keySignaturePicture, "S1");
   EXPECT_EQ(tuning.keyName, "ト長調(G)/ホ短調(E)");
   struct Expect {
-    int top, nline, ks;
+    int top, linePitch, keyShift;
     const char* token;
   } up[] = {{108, 67, 0, "G498"}, {99, 72, 0, "C598"}, {90, 77, 1, "F5#98"}};
   for (int i = 0; i < 3; ++i) {
     SCOPED_TRACE(i);
-    EXPECT_EQ(s.icv[i + 1].top, up[i].top);
-    EXPECT_EQ(s.icv[i + 1].nline, up[i].nline);
-    EXPECT_EQ(s.icv[i + 1].ks, up[i].ks);
-    EXPECT_EQ(s.icv[i + 1].note, up[i].token);
+    EXPECT_EQ(s.notes[i + 1].top, up[i].top);
+    EXPECT_EQ(s.notes[i + 1].linePitch, up[i].linePitch);
+    EXPECT_EQ(s.notes[i + 1].keyShift, up[i].keyShift);
+    EXPECT_EQ(s.notes[i + 1].token, up[i].token);
   }
-  EXPECT_EQ(s.icv[4].top, 111) << "rests stay";
+  EXPECT_EQ(s.notes[4].top, 111) << "rests stay";
   ASSERT_TRUE(ChooseKey(s, tuning, Modes{}, 0));
-  EXPECT_EQ(s.icv[1].note, "C498");
-  EXPECT_EQ(s.icv[2].note, "F498");
-  EXPECT_EQ(s.icv[3].note, "B498");
-  for (int i = 1; i <= 3; ++i) EXPECT_EQ(s.icv[i].ks, 0);
+  EXPECT_EQ(s.notes[1].token, "C498");
+  EXPECT_EQ(s.notes[2].token, "F498");
+  EXPECT_EQ(s.notes[3].token, "B498");
+  for (int i = 1; i <= 3; ++i) EXPECT_EQ(s.notes[i].keyShift, 0);
   EXPECT_EQ(tuning.p[60], 15400);
 }
 
@@ -69,11 +69,11 @@ TEST(KeyMenu, StepsBetweenKeysAndOctaves) {
   for (const auto& c : cases) {
     SCOPED_TRACE(KeyMenuCaption(c.item));
     Staff s = Melody();
-    s.keyN = c.fromKey;
+    s.keySignature = c.fromKey;
     TuningTables tuning;
-    const int before = s.icv[1].top;
+    const int before = s.notes[1].top;
     ASSERT_TRUE(ChooseKey(s, tuning, Modes{}, c.item));
-    EXPECT_EQ(s.icv[1].top - before, c.topDelta);
+    EXPECT_EQ(s.notes[1].top - before, c.topDelta);
     EXPECT_GT(tuning.p[69], 0) << "retuned after every choice";
   }
 }
@@ -90,8 +90,8 @@ TEST(KeyMenu, CaptionsNameTheKeyTheItemSets) {
     Staff s = Melody();
     TuningTables tuning;
     ASSERT_TRUE(ChooseKey(s, tuning, Modes{}, k));
-    EXPECT_EQ(s.keyN, k);
-    EXPECT_EQ(s.kcvPicture, KeySignaturePicture(k));
+    EXPECT_EQ(s.keySignature, k);
+    EXPECT_EQ(s.keySignaturePicture, KeySignaturePicture(k));
   }
   Staff s = Melody();
   TuningTables tuning;
@@ -100,23 +100,23 @@ TEST(KeyMenu, CaptionsNameTheKeyTheItemSets) {
 
 TEST(MoveNotes, ClampsAtTheEndsAndKeepsWrittenSigns) {
   Staff s = Melody();
-  s.icv[2].sib = 3;  // F natural with its own sign
-  s.icv[2].sf = -1;
+  s.notes[2].accidentalSign = 3;  // F natural with its own sign
+  s.notes[2].accidental = -1;
   TuningTables tuning;
   ChooseKey(s, tuning, Modes{}, kOctaveUpItem);
   ChooseKey(s, tuning, Modes{}, kOctaveUpItem);
-  EXPECT_EQ(s.icv[1].top, 78);
-  EXPECT_EQ(s.icv[3].top, 60);
+  EXPECT_EQ(s.notes[1].top, 78);
+  EXPECT_EQ(s.notes[3].top, 60);
   ChooseKey(s, tuning, Modes{}, kOctaveUpItem);
-  EXPECT_EQ(s.icv[3].top, 54) << "held at the top end";
-  EXPECT_EQ(s.icv[3].backdrop, "u8");
-  EXPECT_TRUE(s.icv[3].position);
-  EXPECT_EQ(s.icv[2].sf, -1) << "written signs are not touched";
-  EXPECT_EQ(s.icv[2].noteNo, s.icv[2].nline - 1);
+  EXPECT_EQ(s.notes[3].top, 54) << "held at the top end";
+  EXPECT_EQ(s.notes[3].picture, "u8");
+  EXPECT_TRUE(s.notes[3].stemDown);
+  EXPECT_EQ(s.notes[2].accidental, -1) << "written signs are not touched";
+  EXPECT_EQ(s.notes[2].pitch, s.notes[2].linePitch - 1);
   for (int i = 0; i < 5; ++i) ChooseKey(s, tuning, Modes{}, kOctaveDownItem);
-  EXPECT_EQ(s.icv[1].top, 159) << "held at the bottom end, one line above entry's";
-  EXPECT_EQ(s.icv[1].nline, 38);
-  EXPECT_EQ(s.icv[1].backdrop, "u8") << "low notes wear the u family here";
+  EXPECT_EQ(s.notes[1].top, 159) << "held at the bottom end, one line above entry's";
+  EXPECT_EQ(s.notes[1].linePitch, 38);
+  EXPECT_EQ(s.notes[1].picture, "u8") << "low notes wear the u family here";
 }
 
 // A time item changes the pictures to the metre its caption names and moves no note.
@@ -125,17 +125,17 @@ TEST(TimeMenu, PicturesOnly) {
     const std::string caption(TimeMenuCaption(t));
     SCOPED_TRACE(caption);
     Staff s = Melody();
-    const auto before = s.icv;
+    const auto before = s.notes;
     ASSERT_TRUE(ChooseTime(s, Modes{}, t));
-    EXPECT_EQ(s.timeN, t);
-    EXPECT_EQ(s.tcvPicture, TimeSignaturePicture(t));
+    EXPECT_EQ(s.timeSignature, t);
+    EXPECT_EQ(s.timeSignaturePicture, TimeSignaturePicture(t));
     const int upper = std::stoi(caption.substr(caption.find(':') + 1));
     const bool triple = upper % 3 == 0;
-    EXPECT_EQ(s.mcvBackdrop, triple ? "Sheet2" : "Sheet1") << "triple and compound metres get the other sheet";
-    EXPECT_EQ(s.icv, before) << "no note moves, no token changes";
+    EXPECT_EQ(s.sheetPicture, triple ? "Sheet2" : "Sheet1") << "triple and compound metres get the other sheet";
+    EXPECT_EQ(s.notes, before) << "no note moves, no token changes";
   }
   Staff s;
-  s.timeN = 3;
+  s.timeSignature = 3;
   EXPECT_FALSE(ChooseTime(s, Modes{}, kTimeCount));
-  EXPECT_EQ(s.timeN, 3);
+  EXPECT_EQ(s.timeSignature, 3);
 }

@@ -27,7 +27,7 @@ TEST(NoteEntry, AMelodyByDoubleClicksGetsGridPlacesTokensAndPictures) {
   ASSERT_TRUE(DoubleClick(s, e, ticks, 84, 36));
   ASSERT_TRUE(DoubleClick(s, e, ticks, 116, 99));
   struct Expect {
-    int left, top, nline, noteNo;
+    int left, top, linePitch, pitch;
     const char* token;
     const char* picture;
   } expect[] = {{136, 120, 60, 60, "C494", "n4"},
@@ -37,24 +37,24 @@ TEST(NoteEntry, AMelodyByDoubleClicksGetsGridPlacesTokensAndPictures) {
   ASSERT_EQ(s.NoteCount(), 4);
   for (int i = 0; i < 4; ++i) {
     SCOPED_TRACE(i);
-    const NoteCV& n = s.icv[i + 1];
+    const Note& n = s.notes[i + 1];
     EXPECT_EQ(n.left, expect[i].left);
     EXPECT_EQ(n.top, expect[i].top);
-    EXPECT_EQ(n.nline, expect[i].nline);
-    EXPECT_EQ(n.noteNo, expect[i].noteNo);
-    EXPECT_EQ(n.note, expect[i].token);
-    EXPECT_EQ(n.backdrop, expect[i].picture);
-    EXPECT_FALSE(n.position) << "entry leaves position alone";
+    EXPECT_EQ(n.linePitch, expect[i].linePitch);
+    EXPECT_EQ(n.pitch, expect[i].pitch);
+    EXPECT_EQ(n.token, expect[i].token);
+    EXPECT_EQ(n.picture, expect[i].picture);
+    EXPECT_FALSE(n.stemDown) << "entry leaves position alone";
   }
-  EXPECT_EQ(s.preNote[0], 232 + 32);
-  EXPECT_EQ(s.preNote[1], 141);
+  EXPECT_EQ(s.entryLeft, 232 + 32);
+  EXPECT_EQ(s.entryTop, 141);
 }
 
 TEST(NoteEntry, DoubleClickWindowGuardsAndBarSelection) {
   Staff s;
   EntryState e;
   EXPECT_FALSE(EnterNoteAt(s, e, {}, {}, 1000, 300, 78));
-  EXPECT_EQ(s.preCord[0], 2);
+  EXPECT_EQ(s.selectedBar, 2);
   EXPECT_TRUE(EnterNoteAt(s, e, {}, {}, 1029, 300, 78)) << "29 ticks is a double click";
   EXPECT_TRUE(EnterNoteAt(s, e, {}, {}, 1029, 340, 78)) << "lastClickTicks stays: every click within the window makes a note";
   EXPECT_FALSE(EnterNoteAt(s, e, {}, {}, 1030, 380, 78)) << "30 ticks is not";
@@ -63,7 +63,7 @@ TEST(NoteEntry, DoubleClickWindowGuardsAndBarSelection) {
   shift.shift = true;
   EXPECT_FALSE(EnterNoteAt(s, e, {}, shift, 1032, 20, 78));
   EXPECT_EQ(s.NoteCount(), 2);
-  EXPECT_EQ(s.preCord[0], 2) << "guarded presses change nothing";
+  EXPECT_EQ(s.selectedBar, 2) << "guarded presses change nothing";
 }
 
 TEST(NoteEntry, EdgesOfTheStaffAndClashes) {
@@ -71,32 +71,32 @@ TEST(NoteEntry, EdgesOfTheStaffAndClashes) {
   EntryState e;
   long long t = 0;
   DoubleClick(s, e, t, 132, 78);  // Left 248 on the bar gap
-  EXPECT_EQ(s.icv.back().left, 240);
+  EXPECT_EQ(s.notes.back().left, 240);
   DoubleClick(s, e, t, 140, 78);  // Left 256
-  EXPECT_EQ(s.icv.back().left, 264);
+  EXPECT_EQ(s.notes.back().left, 264);
   DoubleClick(s, e, t, 860, 78);  // far right
-  EXPECT_EQ(s.icv.back().left, 960);
+  EXPECT_EQ(s.notes.back().left, 960);
   DoubleClick(s, e, t, 852, 78);  // 968 is open to entry
-  EXPECT_EQ(s.icv.back().left, 968);
+  EXPECT_EQ(s.notes.back().left, 968);
   DoubleClick(s, e, t, 300, -20);  // above the staff
-  EXPECT_EQ(s.icv.back().top, 57);
-  EXPECT_EQ(s.icv.back().noteNo, 96);
+  EXPECT_EQ(s.notes.back().top, 57);
+  EXPECT_EQ(s.notes.back().pitch, 96);
   DoubleClick(s, e, t, 300, 180);  // below it
-  EXPECT_EQ(s.icv.back().top, 162);
-  EXPECT_EQ(s.icv.back().noteNo, 36);
+  EXPECT_EQ(s.notes.back().top, 162);
+  EXPECT_EQ(s.notes.back().pitch, 36);
   DoubleClick(s, e, t, 300, 180);  // collides at the bottom: stays
-  EXPECT_EQ(s.icv.back().top, 162);
+  EXPECT_EQ(s.notes.back().top, 162);
   // The hidden template takes part in the clash search.
   DoubleClick(s, e, t, 4, 75);
-  EXPECT_EQ(s.icv.back().left, 120);
-  EXPECT_EQ(s.icv.back().top, 123);
+  EXPECT_EQ(s.notes.back().left, 120);
+  EXPECT_EQ(s.notes.back().top, 123);
   // A second and third note at one place go down 6 and 12.
   DoubleClick(s, e, t, 500, 60);
   DoubleClick(s, e, t, 500, 60);
   DoubleClick(s, e, t, 500, 60);
   const int n = s.NoteCount();
-  EXPECT_EQ(s.icv[n - 1].top - s.icv[n - 2].top, 6);
-  EXPECT_EQ(s.icv[n].top - s.icv[n - 2].top, 12);
+  EXPECT_EQ(s.notes[n - 1].top - s.notes[n - 2].top, 6);
+  EXPECT_EQ(s.notes[n].top - s.notes[n - 2].top, 12);
 }
 
 TEST(NoteEntry, RestsTakeTheirRowsAndDropEighteen) {
@@ -108,18 +108,18 @@ TEST(NoteEntry, RestsTakeTheirRowsAndDropEighteen) {
   DoubleClick(s, e, t, 20, 60);
   DoubleClick(s, e, t, 60, 100);
   ASSERT_EQ(s.NoteCount(), 3);
-  EXPECT_EQ(s.icv[1].top, 111);
-  EXPECT_EQ(s.icv[1].note, "0004");
-  EXPECT_EQ(s.icv[1].backdrop, "r4");
-  EXPECT_EQ(s.icv[1].noteNo, 0);
-  EXPECT_EQ(s.icv[2].top, 129) << "a second rest at the same place goes down 18";
-  EXPECT_EQ(s.icv[3].top, 147);
+  EXPECT_EQ(s.notes[1].top, 111);
+  EXPECT_EQ(s.notes[1].token, "0004");
+  EXPECT_EQ(s.notes[1].picture, "r4");
+  EXPECT_EQ(s.notes[1].pitch, 0);
+  EXPECT_EQ(s.notes[2].top, 129) << "a second rest at the same place goes down 18";
+  EXPECT_EQ(s.notes[3].top, 147);
 }
 
 TEST(NoteEntry, ButtonsSetDigitsSpacingAndGate) {
   struct Case {
     int nbb;
-    const char* dr;
+    const char* durationDigit;
     int space;
   } cases[] = {{0, "0", 48}, {3, "3", 48}, {4, "4", 32}, {6, "6", 32}, {7, "7", 16},
                {11, "B", 16}, {12, "C", 8}, {15, "F", 8}, {24, "8", 16}, {31, "F", 8}};
@@ -127,11 +127,11 @@ TEST(NoteEntry, ButtonsSetDigitsSpacingAndGate) {
     Staff s;
     EntryState e;
     ChooseLength(s, e, {}, c.nbb);
-    EXPECT_EQ(s.noteSpace, c.space) << c.nbb;
+    EXPECT_EQ(s.entrySpacing, c.space) << c.nbb;
     long long t = 0;
     DoubleClick(s, e, t, 20, 78);
-    EXPECT_EQ(s.icv[1].dr, c.dr) << c.nbb;
-    EXPECT_EQ(s.preNote[0], 136 + c.space);
+    EXPECT_EQ(s.notes[1].durationDigit, c.durationDigit) << c.nbb;
+    EXPECT_EQ(s.entryLeft, 136 + c.space);
   }
   Staff s;
   EntryState e;
@@ -148,15 +148,15 @@ TEST(NoteEntry, ButtonsSetDigitsSpacingAndGate) {
   ChooseLoudness(e, 8);
   EXPECT_EQ(e.loudnessButton, 8) << "pressing the pressed button keeps it";
   ChooseArticulation(e, 0);
-  EXPECT_EQ(e.soundingShare, 0.75);
+  EXPECT_EQ(e.gate, 0.75);
   ChooseArticulation(e, 1);
-  EXPECT_EQ(e.soundingShare, 0.85);
+  EXPECT_EQ(e.gate, 0.85);
 }
 
 TEST(EnterPlayedNote, TheFingerboardKeepsThePitchPlayedAndTheSignatureWins) {
   struct Case {
-    int keyN, pitch, accidental;
-    int nline, sf, sib, ks, noteNo, top;
+    int keySignature, playedPitch, playedSign;
+    int linePitch, accidental, accidentalSign, keyShift, pitch, top;
     const char* token;
   } cases[] = {
       {0, 60, 0, 60, 0, 0, 0, 60, 120, "C494"},
@@ -170,18 +170,18 @@ TEST(EnterPlayedNote, TheFingerboardKeepsThePitchPlayedAndTheSignatureWins) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.token);
     Staff s;
-    s.keyN = c.keyN;
+    s.keySignature = c.keySignature;
     EntryState e;
-    EnterPlayedNote(s, e, c.pitch, c.accidental);
-    const NoteCV& n = s.icv[1];
-    EXPECT_EQ(n.nline, c.nline);
-    EXPECT_EQ(n.sf, c.sf);
-    EXPECT_EQ(n.sib, c.sib);
-    EXPECT_EQ(n.ks, c.ks);
-    EXPECT_EQ(n.noteNo, c.noteNo);
+    EnterPlayedNote(s, e, c.playedPitch, c.playedSign);
+    const Note& n = s.notes[1];
+    EXPECT_EQ(n.linePitch, c.linePitch);
+    EXPECT_EQ(n.accidental, c.accidental);
+    EXPECT_EQ(n.accidentalSign, c.accidentalSign);
+    EXPECT_EQ(n.keyShift, c.keyShift);
+    EXPECT_EQ(n.pitch, c.pitch);
     EXPECT_EQ(n.top, c.top);
-    EXPECT_EQ(n.note, c.token);
-    EXPECT_EQ(s.preNote[0], 136 + 32);
+    EXPECT_EQ(n.token, c.token);
+    EXPECT_EQ(s.entryLeft, 136 + 32);
   }
   // With an eighth-note button the fingerboard still steps 32, the mouse 16.
   Staff s;
@@ -189,13 +189,13 @@ TEST(EnterPlayedNote, TheFingerboardKeepsThePitchPlayedAndTheSignatureWins) {
   ChooseLength(s, e, {}, 8);
   EnterPlayedNote(s, e, 60, 0);
   EnterPlayedNote(s, e, 62, 0);
-  EXPECT_EQ(s.icv[2].left - s.icv[1].left, 32);
-  // A rest from the fingerboard keeps the pitch as its line and steps by noteSpace.
+  EXPECT_EQ(s.notes[2].left - s.notes[1].left, 32);
+  // A rest from the fingerboard keeps the pitch as its line and steps by entrySpacing.
   ChooseLength(s, e, {}, 24);
   EnterPlayedNote(s, e, 67, 0);
-  EXPECT_EQ(s.icv[3].nline, 67);
-  EXPECT_EQ(s.icv[3].top, 111);
-  EXPECT_EQ(s.preNote[0], s.icv[3].left + 16);
+  EXPECT_EQ(s.notes[3].linePitch, 67);
+  EXPECT_EQ(s.notes[3].top, 111);
+  EXPECT_EQ(s.entryLeft, s.notes[3].left + 16);
 }
 
 TEST(NoteEntry, APressAtTheRightEndStartsADoubleClick) {

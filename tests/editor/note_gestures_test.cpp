@@ -10,13 +10,13 @@ using namespace lirenza::testing;
 
 namespace {
 
-Staff OneNote(const char* token, int left, int top, int keyN = 0) {
+Staff OneNote(const char* token, int left, int top, int keySignature = 0) {
   Staff s;
-  s.keyN = keyN;
-  NoteCV n;
+  s.keySignature = keySignature;
+  Note n;
   FillFromToken(n, token);
-  n.ks = KeySignatureShift(keyN, n.nline);
-  RepaintToken(n);
+  n.keyShift = KeySignatureShift(keySignature, n.linePitch);
+  RespellToken(n);
   n.left = left;
   n.top = top;
   s.AddNote(n);
@@ -34,11 +34,11 @@ void Drag(Staff& s, int index, int dx, int dy, long long ticks, const SoundPorts
 
 TEST(NoteDrop, SnapsAndReadsThePitchOfItsNewLine) {
   TuningTables tuning;
-  PureScale(tuning, 0);
+  TuneToKey(tuning, 0);
   struct Case {
     const char* name;
     const char* token;
-    int keyN, sib, left, top, dx, dy;
+    int keySignature, accidentalSign, left, top, dx, dy;
     int wantLeft, wantTop, wantNoteNo;
     const char* wantToken;
     const char* wantPicture;
@@ -57,55 +57,55 @@ TEST(NoteDrop, SnapsAndReadsThePitchOfItsNewLine) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    Staff s = OneNote(c.token, c.left, c.top, c.keyN);
-    s.icv[1].sib = c.sib;
+    Staff s = OneNote(c.token, c.left, c.top, c.keySignature);
+    s.notes[1].accidentalSign = c.accidentalSign;
     FakeSound rig;
     Drag(s, 1, c.dx, c.dy, 1000, rig.ports, tuning);
-    const NoteCV& n = s.icv[1];
+    const Note& n = s.notes[1];
     EXPECT_EQ(n.left, c.wantLeft);
     EXPECT_EQ(n.top, c.wantTop);
-    EXPECT_EQ(n.noteNo, c.wantNoteNo);
-    EXPECT_EQ(n.note, c.wantToken);
-    EXPECT_EQ(n.backdrop, c.wantPicture);
-    EXPECT_EQ(n.position, c.wantPicture[0] == 'u');
-    EXPECT_EQ(s.preNote[0], c.wantLeft + 32);
-    EXPECT_EQ(s.preNote[1], c.wantTop);
+    EXPECT_EQ(n.pitch, c.wantNoteNo);
+    EXPECT_EQ(n.token, c.wantToken);
+    EXPECT_EQ(n.picture, c.wantPicture);
+    EXPECT_EQ(n.stemDown, c.wantPicture[0] == 'u');
+    EXPECT_EQ(s.entryLeft, c.wantLeft + 32);
+    EXPECT_EQ(s.entryTop, c.wantTop);
   }
 }
 
 TEST(NoteDrop, OntoAnotherNoteMovesDownAndRestsKeepTheirRows) {
   TuningTables tuning;
-  PureScale(tuning, 0);
+  TuneToKey(tuning, 0);
   FakeSound rig;
   Staff s = OneNote("C498", 304, 120);
-  NoteCV other;
+  Note other;
   FillFromToken(other, "E498");
   other.left = 400;
   other.top = 114;
   s.AddNote(other);
   Drag(s, 2, -96, 6, 1000, rig.ports, tuning);
-  EXPECT_EQ(s.icv[2].left, 304);
-  EXPECT_EQ(s.icv[2].top, 126);
-  EXPECT_EQ(s.icv[2].noteNo, 57) << "its pitch comes from where it ends";
+  EXPECT_EQ(s.notes[2].left, 304);
+  EXPECT_EQ(s.notes[2].top, 126);
+  EXPECT_EQ(s.notes[2].pitch, 57) << "its pitch comes from where it ends";
 
   Staff r = OneNote("0008", 300, 111);
-  const std::string token = r.icv[1].note;
+  const std::string token = r.notes[1].token;
   Drag(r, 1, 3, 40, 1000, rig.ports, tuning);
-  EXPECT_EQ(r.icv[1].top, 147);
-  EXPECT_EQ(r.icv[1].note, token) << "a rest's token does not change";
-  EXPECT_EQ(r.preNote[0], 300) << "the press put the entry column, the drop leaves it";
+  EXPECT_EQ(r.notes[1].top, 147);
+  EXPECT_EQ(r.notes[1].token, token) << "a rest's token does not change";
+  EXPECT_EQ(r.entryLeft, 300) << "the press put the entry column, the drop leaves it";
 }
 
 TEST(NotePress, DoubleClickDeletesBackspaceDeletesTwoNotesAreNoDoubleClick) {
   Staff s = OneNote("C498", 300, 120);
-  NoteCV second = s.icv[1];
+  Note second = s.notes[1];
   second.left = 400;
   s.AddNote(second);
   EXPECT_EQ(NoteMouseDown(s, 1, 1000, false, 1, 1), PressResult::Claimed);
   EXPECT_EQ(NoteMouseDown(s, 2, 1010, false, 1, 1), PressResult::Claimed) << "another note: no double click";
   EXPECT_EQ(NoteMouseDown(s, 1, 1029, false, 1, 1), PressResult::Deleted);
   EXPECT_EQ(s.NoteCount(), 1);
-  EXPECT_EQ(s.preNote[0], 300) << "the next entry replaces it in time";
+  EXPECT_EQ(s.entryLeft, 300) << "the next entry replaces it in time";
   EXPECT_EQ(NoteMouseDown(s, 1, 1100, true, 1, 1), PressResult::Contextual);
   EXPECT_FALSE(NoteKeyDown(s, 1, 'a'));
   EXPECT_TRUE(NoteKeyDown(s, 1, 8));
@@ -115,7 +115,7 @@ TEST(NotePress, DoubleClickDeletesBackspaceDeletesTwoNotesAreNoDoubleClick) {
 
 TEST(NoteHover, HoverDragAndDropLeaveNothingSounding) {
   TuningTables tuning;
-  PureScale(tuning, 0);
+  TuneToKey(tuning, 0);
   FakeSound rig;
   Staff s = OneNote("C498", 300, 120);
   FakePlayer& np1 = rig.players[1];

@@ -9,13 +9,13 @@ using namespace lirenza;
 using namespace lirenza::testing;
 
 namespace {
-NoteCV Made(const char* token, int top = 120, int ks = 0) {
-  NoteCV n;
+Note Made(const char* token, int top = 120, int ks = 0) {
+  Note n;
   FillFromToken(n, token);
-  n.ks = ks;
+  n.keyShift = ks;
   n.top = top;
-  n.backdrop = "n" + n.dr;
-  RepaintToken(n);
+  n.picture = "n" + n.durationDigit;
+  RespellToken(n);
   return n;
 }
 std::vector<std::string> Checked(const std::vector<NoteMenu>& menus) {
@@ -34,7 +34,7 @@ const NoteMenuChoice kTurn{Kind::NoteOrRest, 0};
 
 TEST(NoteMenu, OpeningStopsTheSoundAndChecksThePresentValues) {
   TuningTables tuning;
-  PureScale(tuning, 0);
+  TuneToKey(tuning, 0);
   FakeSound rig;
   auto menus = OpenNoteMenu(Made("C494"), rig.ports, tuning);
   ASSERT_EQ(menus.size(), 3u);
@@ -49,18 +49,18 @@ TEST(NoteMenu, OpeningStopsTheSoundAndChecksThePresentValues) {
 TEST(NoteMenu, EachShownItemSetsTheValueItsCaptionNames) {
   TuningTables tuning;
   FakeSound rig;
-  const NoteCV start = Made("C494");
+  const Note start = Made("C494");
   for (const NoteMenu& menu : OpenNoteMenu(start, rig.ports, tuning)) {
     for (const NoteMenuItem& item : menu.items) {
       SCOPED_TRACE(item.caption);
       EXPECT_EQ(item.caption, NoteMenuCaption(item.choice));
-      NoteCV n = start;
+      Note n = start;
       ASSERT_TRUE(ChooseFromNoteMenu(n, Modes{}, item.choice));
       const std::string digit = item.caption.substr(0, 1);
       switch (item.choice.kind) {
-        case Kind::Loudness: EXPECT_EQ(n.ve, digit); break;
-        case Kind::Length: EXPECT_EQ(n.dr, digit); break;
-        case Kind::Accidental: EXPECT_EQ(n.sib, std::stoi(digit)); break;
+        case Kind::Loudness: EXPECT_EQ(n.velocityDigit, digit); break;
+        case Kind::Length: EXPECT_EQ(n.durationDigit, digit); break;
+        case Kind::Accidental: EXPECT_EQ(n.accidentalSign, std::stoi(digit)); break;
         case Kind::NoteOrRest: EXPECT_TRUE(n.IsRest()); break;
         case Kind::Separator: EXPECT_EQ(n, start); break;
       }
@@ -71,11 +71,11 @@ TEST(NoteMenu, EachShownItemSetsTheValueItsCaptionNames) {
 TEST(NoteMenu, ActionsChangeTheNoteInPlace) {
   struct Case {
     const char* name;
-    NoteCV note;
+    Note before;
     NoteMenuChoice item;
-    int noteNo, sib, sf, top;
-    const char* ve;
-    const char* dr;
+    int pitch, accidentalSign, accidental, top;
+    const char* velocityDigit;
+    const char* durationDigit;
     const char* token;
     const char* picture;
   } cases[] = {
@@ -90,48 +90,48 @@ TEST(NoteMenu, ActionsChangeTheNoteInPlace) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    NoteCV n = c.note;
+    Note n = c.before;
     EXPECT_TRUE(ChooseFromNoteMenu(n, Modes{}, c.item));
-    EXPECT_EQ(n.noteNo, c.noteNo);
-    EXPECT_EQ(n.sib, c.sib);
-    EXPECT_EQ(n.sf, c.sf);
+    EXPECT_EQ(n.pitch, c.pitch);
+    EXPECT_EQ(n.accidentalSign, c.accidentalSign);
+    EXPECT_EQ(n.accidental, c.accidental);
     EXPECT_EQ(n.top, c.top);
-    EXPECT_EQ(n.ve, c.ve);
-    EXPECT_EQ(n.dr, c.dr);
-    EXPECT_EQ(n.note, c.token);
-    EXPECT_EQ(n.backdrop, c.picture);
+    EXPECT_EQ(n.velocityDigit, c.velocityDigit);
+    EXPECT_EQ(n.durationDigit, c.durationDigit);
+    EXPECT_EQ(n.token, c.token);
+    EXPECT_EQ(n.picture, c.picture);
   }
 }
 
 TEST(NoteMenu, RestAndBackComesBackAtLoudnessNineWithItsPitch) {
-  NoteCV n = Made("G4D4", 108);
+  Note n = Made("G4D4", 108);
   ChooseFromNoteMenu(n, Modes{}, Loudness(0));
   EXPECT_TRUE(n.IsRest());
   ChooseFromNoteMenu(n, Modes{}, Length(2));
-  EXPECT_EQ(n.backdrop, "r2") << "a rest's length item keeps it a rest";
+  EXPECT_EQ(n.picture, "r2") << "a rest's length item keeps it a rest";
   ChooseFromNoteMenu(n, Modes{}, kTurn);
-  EXPECT_EQ(n.ve, "9");
-  EXPECT_EQ(n.noteNo, 67);
-  EXPECT_EQ(n.note, "G492");
+  EXPECT_EQ(n.velocityDigit, "9");
+  EXPECT_EQ(n.pitch, 67);
+  EXPECT_EQ(n.token, "G492");
   EXPECT_EQ(n.top, 106) << "the place does not change";
-  EXPECT_EQ(n.backdrop, "n2");
-  EXPECT_FALSE(n.position);
+  EXPECT_EQ(n.picture, "n2");
+  EXPECT_FALSE(n.stemDown);
   // Converted back at a low place: the menu's own thresholds give the u family.
-  NoteCV low = Made("C394", 141);
+  Note low = Made("C394", 141);
   ChooseFromNoteMenu(low, Modes{}, Loudness(0));
   EXPECT_EQ(low.top, 142);
   ChooseFromNoteMenu(low, Modes{}, kTurn);
-  EXPECT_EQ(low.backdrop, "u4");
-  EXPECT_TRUE(low.position);
+  EXPECT_EQ(low.picture, "u4");
+  EXPECT_TRUE(low.stemDown);
   ChooseFromNoteMenu(low, Modes{}, Length(8));
-  EXPECT_EQ(low.backdrop, "u8") << "a length change follows position";
+  EXPECT_EQ(low.picture, "u8") << "a length change follows position";
   // A rest entered on the staff has no pitch: converted, it paints "0094".
-  NoteCV rest;
-  rest.ve = "0";
-  rest.dr = "4";
-  rest.noteNo = 0;
-  rest.nline = 0;
+  Note rest;
+  rest.velocityDigit = "0";
+  rest.durationDigit = "4";
+  rest.pitch = 0;
+  rest.linePitch = 0;
   rest.top = 111;
   ChooseFromNoteMenu(rest, Modes{}, kTurn);
-  EXPECT_EQ(rest.note, "0094");
+  EXPECT_EQ(rest.token, "0094");
 }

@@ -24,7 +24,7 @@ struct Walk : ::testing::Test {
   TuningTables tuning;
   FakeSound rig;
   FingerPress md{};
-  Walk() { PureScale(tuning, 0); }
+  Walk() { TuneToKey(tuning, 0); }
   int P(int index) const { return static_cast<int>(tuning.p[index]); }
   // A finger on the drawn violin at canvas x, y, released again.
   void Finger(int x, int y, bool option = false) {
@@ -48,11 +48,11 @@ TEST_F(Walk, AMelodyOnTheFingerboardSoundsEntersAndLeavesNothingSounding) {
   const char* tokens[] = {"D494", "A4#94", "G5b94", "G394"};
   const int lefts[] = {136, 168, 200, 232};
   for (int i = 0; i < 4; ++i) {
-    EXPECT_EQ(staff.icv[i + 1].note, tokens[i]);
-    EXPECT_EQ(staff.icv[i + 1].left, lefts[i]);
+    EXPECT_EQ(staff.notes[i + 1].token, tokens[i]);
+    EXPECT_EQ(staff.notes[i + 1].left, lefts[i]);
   }
-  EXPECT_EQ(staff.icv[2].noteNo, 70);
-  EXPECT_EQ(staff.icv[3].noteNo, 78);
+  EXPECT_EQ(staff.notes[2].pitch, 70);
+  EXPECT_EQ(staff.notes[3].pitch, 78);
   // The live player heard each note at the mouse's velocity and its end, in order.
   const std::vector<std::pair<int, int>> live = {{P(62), 80}, {P(62), 0}, {P(70), 80}, {P(70), 0},
                                                  {P(78), 80}, {P(78), 0}, {P(55), 80}, {P(55), 0}};
@@ -64,14 +64,14 @@ TEST_F(Walk, AMelodyOnTheFingerboardSoundsEntersAndLeavesNothingSounding) {
 
 TEST_F(Walk, TheFingerboardTurnsThePageWhenEntryLeavesTheView) {
   for (int i = 0; i < 27; ++i) Finger(95, 207);
-  EXPECT_EQ(staff.icv[27].left, 968);
-  EXPECT_EQ(staff.preNote[0], 1000);
+  EXPECT_EQ(staff.notes[27].left, 968);
+  EXPECT_EQ(staff.entryLeft, 1000);
   Finger(95, 207);
-  EXPECT_EQ(staff.msbValue, 720);
-  EXPECT_EQ(staff.icv[28].left, 280);
-  EXPECT_EQ(staff.icv[1].left, 136 - 720);
-  SetMSBValue(staff, 0);
-  EXPECT_EQ(staff.icv[28].left, 1000) << "in score terms the melody goes on where it stopped";
+  EXPECT_EQ(staff.scrollValue, 720);
+  EXPECT_EQ(staff.notes[28].left, 280);
+  EXPECT_EQ(staff.notes[1].left, 136 - 720);
+  ScrollTo(staff, 0);
+  EXPECT_EQ(staff.notes[28].left, 1000) << "in score terms the melody goes on where it stopped";
 }
 
 TEST_F(Walk, EnterChangeKeyAndBackThenPlayTheChordWithAFakeClock) {
@@ -88,12 +88,12 @@ TEST_F(Walk, EnterChangeKeyAndBackThenPlayTheChordWithAFakeClock) {
   dbl(52, 66);   // G4 half note, Left 168
   ASSERT_EQ(staff.NoteCount(), 3);
   ASSERT_TRUE(ChooseKey(staff, tuning, modes, 1));
-  EXPECT_EQ(staff.icv[1].note, "G494");
-  EXPECT_EQ(staff.icv[2].note, "B494");
-  EXPECT_EQ(staff.icv[3].note, "D592");
+  EXPECT_EQ(staff.notes[1].token, "G494");
+  EXPECT_EQ(staff.notes[2].token, "B494");
+  EXPECT_EQ(staff.notes[3].token, "D592");
   ASSERT_TRUE(ChooseKey(staff, tuning, modes, 0));
-  EXPECT_EQ(staff.icv[1].note, "C494");
-  EXPECT_EQ(staff.icv[3].note, "G492");
+  EXPECT_EQ(staff.notes[1].token, "C494");
+  EXPECT_EQ(staff.notes[3].token, "G492");
   EXPECT_EQ(tuning.p[60], 15400);
 
   // Play it: C and E together at 480 ms, G when the column's last note (E) ends.
@@ -103,11 +103,11 @@ TEST_F(Walk, EnterChangeKeyAndBackThenPlayTheChordWithAFakeClock) {
   FakeScoreList list(rig.log, staff, modes);
   int handPosition = 0;
   double d = 1.0;
-  const double gate = entry.soundingShare;
+  const double gate = entry.gate;
   PlaybackEnv env{staff, modes, tuning, handPosition, d, gate, clock, rig.ports, view, list};
   PlaybackState state;
   // Entered notes are played as they stand, saved or not.
-  staff.noteChanged = false;
+  staff.hasChanges = false;
   ASSERT_TRUE(TransportMouseDown(state, 0, PlayStyle{false, true}, env));
   const PlayTimer timer = TimerFor(false, PlayStyle{false, true});
   std::vector<std::pair<double, std::pair<int, int>>> heard;
@@ -122,7 +122,7 @@ TEST_F(Walk, EnterChangeKeyAndBackThenPlayTheChordWithAFakeClock) {
   // One event a tick: the chord's second note follows one tick (1 ms) later.
   EXPECT_EQ(std::vector(heard.begin(), heard.begin() + 6), expected);
   ASSERT_TRUE(TransportMouseDown(state, 1, PlayStyle{false, true}, env));
-  EXPECT_FALSE(modes.playflag);
+  EXPECT_FALSE(modes.playing);
   EXPECT_TRUE(rig.players[1].StillSounding().empty());
 }
 
@@ -142,7 +142,7 @@ TEST_F(Walk, EveryScoreChangeIsRefusedWhileBusy) {
          ChooseLength(w.staff, w.entry, m, 8);
          return w.entry.lengthButton == 8;
        }},
-      {"note menu", [](Walk& w, const Modes& m) { return ChooseFromNoteMenu(w.staff.icv[1], m, {NoteMenuChoice::Kind::Length, 2}); }},
+      {"note menu", [](Walk& w, const Modes& m) { return ChooseFromNoteMenu(w.staff.notes[1], m, {NoteMenuChoice::Kind::Length, 2}); }},
       {"key menu", [](Walk& w, const Modes& m) { return ChooseKey(w.staff, w.tuning, m, 3); }},
       {"octave", [](Walk& w, const Modes& m) { return ChooseKey(w.staff, w.tuning, m, kOctaveUpItem); }},
       {"time menu", [](Walk& w, const Modes& m) { return ChooseTime(w.staff, m, 2); }},
@@ -150,7 +150,7 @@ TEST_F(Walk, EveryScoreChangeIsRefusedWhileBusy) {
          return ChooseFromBarMenu(w.staff, m, BarOperation::Insert, confirm) == BarMenuOutcome::Done;
        }},
   };
-  for (bool Modes::*flag : {&Modes::noteReading, &Modes::playflag, &Modes::repeatflag}) {
+  for (bool Modes::*flag : {&Modes::loading, &Modes::playing, &Modes::listPlaying}) {
     Modes busy;
     busy.*flag = true;
     for (const auto& op : operations) {
@@ -158,9 +158,9 @@ TEST_F(Walk, EveryScoreChangeIsRefusedWhileBusy) {
       const Staff before = staff;
       const EntryState entryBefore = entry;
       EXPECT_FALSE(op.run(*this, busy));
-      EXPECT_EQ(staff.icv, before.icv);
-      EXPECT_EQ(staff.keyN, before.keyN);
-      EXPECT_EQ(staff.timeN, before.timeN);
+      EXPECT_EQ(staff.notes, before.notes);
+      EXPECT_EQ(staff.keySignature, before.keySignature);
+      EXPECT_EQ(staff.timeSignature, before.timeSignature);
       EXPECT_EQ(entry.lengthButton, entryBefore.lengthButton);
     }
   }

@@ -14,7 +14,7 @@
 
 #include "files/midi_writer.h"
 #include "files/strict_midi_reader.h"
-#include "score/note_cv.h"
+#include "score/note.h"
 #include "score/note_tables.h"
 #include "violin/instrument_table.h"
 #include "violin/tempo_table.h"
@@ -24,15 +24,15 @@ using namespace lirenza::testing;
 
 namespace {
 
-NoteCV Note(int left, const char* token) {
-  NoteCV n;
+Note NoteAt(int left, const char* token) {
+  Note n;
   FillFromToken(n, token);
   n.left = left;
   return n;
 }
 
-std::vector<NoteCV> Staff(std::initializer_list<NoteCV> notes) {
-  std::vector<NoteCV> staff(1);
+std::vector<Note> Staff(std::initializer_list<Note> notes) {
+  std::vector<Note> staff(1);
   staff.insert(staff.end(), notes);
   return staff;
 }
@@ -54,14 +54,14 @@ TEST(MidiWriter, TheOneNoteExampleIsByteExact) {
       0x83, 0x48, 0x90, 0x3C, 0x00,
       0x00, 0xFF, 0x2F, 0x00};
   int leftOut = -1;
-  const Bytes file = SaveMidiBytes(Staff({Note(136, "C494")}), 0.95, TempoForSlider(7).tempo, 41, &leftOut);
+  const Bytes file = MidiFileBytes(Staff({NoteAt(136, "C494")}), 0.95, TempoForSlider(7).tempo, 41, &leftOut);
   EXPECT_EQ(file, expected);
   EXPECT_EQ(leftOut, 0);
   EXPECT_TRUE(Decode(file).ok) << Decode(file).error;
 }
 
 TEST(MidiWriter, AnEmptyStaffIsTheFrameAlone) {
-  const Bytes file = SaveMidiBytes(Staff({}), 0.95, kTempo120, 41);
+  const Bytes file = MidiFileBytes(Staff({}), 0.95, kTempo120, 41);
   EXPECT_EQ(file.size(), 69u);
   Decoded d = Decode(file);
   EXPECT_TRUE(d.ok) << d.error;
@@ -93,28 +93,28 @@ TEST(MidiEvents, TimingComesFromDigitsNotFromDistance) {
   using Event = std::tuple<long long, int, int>;  // tick, key, velocity, in file order
   struct Case {
     const char* name;
-    std::vector<NoteCV> staff;
+    std::vector<Note> staff;
     double gate;
     std::vector<Event> events;
   } cases[] = {
-      {"first note one quarter after the origin", Staff({Note(136, "C494")}), 0.95, {{480, 60, 75}, {936, 60, 0}}},
-      {"first note at the origin starts at 0", Staff({Note(120, "C494")}), 0.85, {{0, 60, 75}, {408, 60, 0}}},
-      {"far apart", Staff({Note(136, "C494"), Note(700, "D494")}), 0.95,
+      {"first note one quarter after the origin", Staff({NoteAt(136, "C494")}), 0.95, {{480, 60, 75}, {936, 60, 0}}},
+      {"first note at the origin starts at 0", Staff({NoteAt(120, "C494")}), 0.85, {{0, 60, 75}, {408, 60, 0}}},
+      {"far apart", Staff({NoteAt(136, "C494"), NoteAt(700, "D494")}), 0.95,
        {{480, 60, 75}, {936, 60, 0}, {960, 62, 75}, {1416, 62, 0}}},
-      {"side by side", Staff({Note(136, "C494"), Note(144, "D494")}), 0.95,
+      {"side by side", Staff({NoteAt(136, "C494"), NoteAt(144, "D494")}), 0.95,
        {{480, 60, 75}, {936, 60, 0}, {960, 62, 75}, {1416, 62, 0}}},
       // A chord: both start together; the clock moves by the note sorted last (the
       // shorter), and the longer one rings on past the next column.
-      {"chord", Staff({Note(136, "C492"), Note(136, "E498"), Note(200, "G494")}), 0.75,
+      {"chord", Staff({NoteAt(136, "C492"), NoteAt(136, "E498"), NoteAt(200, "G494")}), 0.75,
        {{480, 60, 75}, {480, 64, 75}, {660, 64, 0}, {720, 67, 75}, {1080, 67, 0}, {1200, 60, 0}}},
-      {"chord entered short first", Staff({Note(136, "E498"), Note(136, "C492"), Note(200, "G494")}), 0.75,
+      {"chord entered short first", Staff({NoteAt(136, "E498"), NoteAt(136, "C492"), NoteAt(200, "G494")}), 0.75,
        {{480, 60, 75}, {480, 64, 75}, {660, 64, 0}, {720, 67, 75}, {1080, 67, 0}, {1200, 60, 0}}},
-      {"chord of equal values keeps entry order", Staff({Note(136, "E494"), Note(136, "C494")}), 0.95,
+      {"chord of equal values keeps entry order", Staff({NoteAt(136, "E494"), NoteAt(136, "C494")}), 0.95,
        {{480, 64, 75}, {480, 60, 75}, {936, 64, 0}, {936, 60, 0}}},
-      {"a rest keeps its place in time silently", Staff({Note(136, "0004"), Note(168, "C494")}), 0.95,
+      {"a rest keeps its place in time silently", Staff({NoteAt(136, "0004"), NoteAt(168, "C494")}), 0.95,
        {{480, 60, 0}, {936, 60, 0}, {960, 60, 75}, {1416, 60, 0}}},
       {"a whole, a sixteenth triplet and a dotted sixteenth",
-       Staff({Note(136, "C490"), Note(168, "D49C"), Note(200, "E499")}), 1.0,
+       Staff({NoteAt(136, "C490"), NoteAt(168, "D49C"), NoteAt(200, "E499")}), 1.0,
        {{480, 60, 75}, {2400, 60, 0}, {2400, 62, 75}, {2480, 62, 0}, {2480, 64, 75}, {2660, 64, 0}}},
   };
   for (const auto& c : cases) {
@@ -129,22 +129,22 @@ TEST(MidiEvents, TimingComesFromDigitsNotFromDistance) {
 
 TEST(MidiEvents, ANoteWithoutAMidiKeyIsLeftOutButKeepsItsTime) {
   auto Rest = [](int left, const char* token, int noteNo) {
-    NoteCV n = Note(left, token);
-    n.noteNo = noteNo;
+    Note n = NoteAt(left, token);
+    n.pitch = noteNo;
     return n;
   };
   for (int damaged : {200, 128, -1, INT_MIN, INT_MAX}) {
     SCOPED_TRACE(damaged);
-    NoteCV bad = Rest(168, "D492", damaged);
+    Note bad = Rest(168, "D492", damaged);
     int leftOut = -1;
     const auto events = MidiEvents(
-        Staff({Note(136, "C494"), bad, Note(200, "E494"), Rest(232, "0004", damaged), Note(264, "F494")}), 0.95,
+        Staff({NoteAt(136, "C494"), bad, NoteAt(200, "E494"), Rest(232, "0004", damaged), NoteAt(264, "F494")}), 0.95,
         &leftOut);
     EXPECT_EQ(leftOut, 1) << "a silent rest needs no warning";
     // The same score with rests of the same lengths in their place, on key 0, which no
     // other note uses: leaving those events out must give exactly the same file.
     const auto asRests = MidiEvents(
-        Staff({Note(136, "C494"), Rest(168, "0002", 0), Note(200, "E494"), Rest(232, "0004", 0), Note(264, "F494")}),
+        Staff({NoteAt(136, "C494"), Rest(168, "0002", 0), NoteAt(200, "E494"), Rest(232, "0004", 0), NoteAt(264, "F494")}),
         0.95);
     std::vector<std::tuple<long long, int, int>> got, want;
     for (std::size_t i = 1; i < events.size(); ++i)
@@ -161,7 +161,7 @@ TEST(MidiWriter, EveryInstrumentWritesItsProgramAsADataByte) {
   for (const auto& entry : AllInstruments()) instruments.push_back(entry.number);
   ASSERT_GE(instruments.size(), 235u);
   for (int inst : instruments) {
-    Decoded d = Decode(SaveMidiBytes(Staff({Note(136, "C494")}), 0.95, kTempo120, inst));
+    Decoded d = Decode(MidiFileBytes(Staff({NoteAt(136, "C494")}), 0.95, kTempo120, inst));
     ASSERT_TRUE(d.ok) << inst << ": " << d.error;
     // The byte a synthesizer selects for the number, and the byte the file always had
     // wherever that was a valid data byte.
@@ -182,24 +182,24 @@ TEST(MidiWriter, DamagedScoresAlwaysGiveAValidFile) {
   auto anyDigit = [&] { return rng() % 6 ? std::string(1, hex[rng() % 16]) : oddDigits[rng() % oddDigits.size()]; };
   long long outOfRangeSeen = 0;
   for (int round = 0; round < 10000; ++round) {
-    std::vector<NoteCV> staff(1);
+    std::vector<Note> staff(1);
     staff[0].left = anyInt(120);
-    staff[0].dr = anyDigit();
+    staff[0].durationDigit = anyDigit();
     const int count = static_cast<int>(rng() % 40);
     int outOfRange = 0;
     for (int i = 0; i < count; ++i) {
-      NoteCV n;
+      Note n;
       n.left = anyInt(120 + 8 * static_cast<int>(rng() % 200));
-      n.noteNo = anyInt(static_cast<int>(rng() % 128));
-      n.ve = anyDigit();
-      n.dr = anyDigit();
-      outOfRange += (n.noteNo < 0 || n.noteNo > 127) && !n.IsRest();
+      n.pitch = anyInt(static_cast<int>(rng() % 128));
+      n.velocityDigit = anyDigit();
+      n.durationDigit = anyDigit();
+      outOfRange += (n.pitch < 0 || n.pitch > 127) && !n.IsRest();
       staff.push_back(n);
     }
     const double gate = gates[rng() % (rng() % 4 ? 3 : std::size(gates))];
     const int inst = anyInt(1 + static_cast<int>(rng() % 235));
     int leftOut = -1;
-    const Bytes file = SaveMidiBytes(staff, gate, TempoForSlider(static_cast<int>(rng() % 16)).tempo, inst, &leftOut);
+    const Bytes file = MidiFileBytes(staff, gate, TempoForSlider(static_cast<int>(rng() % 16)).tempo, inst, &leftOut);
     Decoded d = Decode(file);
     ASSERT_TRUE(d.ok) << "round " << round << ": " << d.error;
     ASSERT_EQ(leftOut, outOfRange) << round;
@@ -213,7 +213,7 @@ TEST(MidiWriter, DamagedScoresAlwaysGiveAValidFile) {
     }
     int sounding = 0, ons = 0;
     for (int i = 1; i <= count; ++i)
-      sounding += staff[i].noteNo >= 0 && staff[i].noteNo <= 127 && NoteVel(staff[i].ve) > 0;
+      sounding += staff[i].pitch >= 0 && staff[i].pitch <= 127 && VelocityOfDigit(staff[i].velocityDigit) > 0;
     for (const auto& n : d.notes) ons += n.velocity > 0;
     ASSERT_EQ(ons, sounding) << round;
   }

@@ -70,42 +70,42 @@ std::string Mutate(std::string s, std::mt19937& rng) {
 // editor may not): every function after the reader must still be safe for them.
 void DamageDirectly(Staff& staff, std::mt19937& rng) {
   auto anyInt = [&] { return kExtremeInts[rng() % std::size(kExtremeInts)]; };
-  for (NoteCV& n : staff.icv) {
+  for (Note& n : staff.notes) {
     if (rng() % 3) continue;
     switch (rng() % 8) {
       case 0: n.left = anyInt(); break;
       case 1: n.top = anyInt(); break;
-      case 2: n.nline = anyInt(); break;
-      case 3: n.sf = anyInt(); break;
-      case 4: n.ks = anyInt(); break;
-      case 5: n.noteNo = anyInt(); break;
-      case 6: n.ve = kExtremeDigits[rng() % std::size(kExtremeDigits)]; break;
-      default: n.dr = kExtremeDigits[rng() % std::size(kExtremeDigits)];
+      case 2: n.linePitch = anyInt(); break;
+      case 3: n.accidental = anyInt(); break;
+      case 4: n.keyShift = anyInt(); break;
+      case 5: n.pitch = anyInt(); break;
+      case 6: n.velocityDigit = kExtremeDigits[rng() % std::size(kExtremeDigits)]; break;
+      default: n.durationDigit = kExtremeDigits[rng() % std::size(kExtremeDigits)];
     }
   }
-  if (rng() % 4 == 0) staff.keyN = anyInt();
-  if (rng() % 4 == 0) staff.timeN = anyInt();
-  if (rng() % 4 == 0) staff.preNote[0] = anyInt();
-  if (rng() % 4 == 0) staff.preCord[1] = anyInt();
+  if (rng() % 4 == 0) staff.keySignature = anyInt();
+  if (rng() % 4 == 0) staff.timeSignature = anyInt();
+  if (rng() % 4 == 0) staff.entryLeft = anyInt();
+  if (rng() % 4 == 0) staff.copiedBar = anyInt();
 }
 
 // Every table and sum a note is looked up in, on the way to the screen and the speaker.
 void UseEveryTable(const Staff& staff) {
-  for (const NoteCV& n : staff.icv) {
-    NoteCV copy = n;
-    RepaintToken(copy);
-    FillFromToken(copy, copy.note);
-    StoredBackdrop(n);
-    NoteVel(n.ve);
-    NoteDur(n.dr, 1e308);
+  for (const Note& n : staff.notes) {
+    Note copy = n;
+    RespellToken(copy);
+    FillFromToken(copy, copy.token);
+    StoredPicture(n);
+    VelocityOfDigit(n.velocityDigit);
+    MicrosecondsOfDigit(n.durationDigit, 1e308);
     StaffLinePitch(n.top);
-    NotePosition(n.noteNo);
-    NoteLine(n.noteNo);
-    KeySignatureShift(staff.keyN, n.nline);
+    EntryTopOfPitch(n.pitch);
+    KestraTopOfPitch(n.pitch);
+    KeySignatureShift(staff.keySignature, n.linePitch);
     EntryFamily(n.top);
     InView(n);
     ClashSearch(staff, 0, n.left, n.top, n.IsRest());
-    InViewBar(n.left, n.top);
+    InBar(n.left, n.top);
     ClickColumn(n.left);
     ClickRow(n.top);
   }
@@ -128,18 +128,18 @@ TEST(ReaderFuzz, MutatedFilesNeverCrashAndSettle) {
     ASSERT_GE(slider, 0);
     ASSERT_LE(slider, 15);
     if (rng() % 2) DamageDirectly(staff, rng);
-    RepaintInView(staff);
+    RespellNotesInView(staff);
     const auto file = lirenza::testing::Decode(
-        SaveMidiBytes(staff.icv, 0.95, TempoForSlider(slider).tempo, kExtremeInts[rng() % std::size(kExtremeInts)]));
+        MidiFileBytes(staff.notes, 0.95, TempoForSlider(slider).tempo, kExtremeInts[rng() % std::size(kExtremeInts)]));
     ASSERT_TRUE(file.ok) << file.error << "\ninput: " << text;
-    BuildEventList(staff.icv, 1.0, 0.95);
+    BuildEventList(staff.notes, 1.0, 0.95);
     TuningTables tuning;
-    PureScale(tuning, staff.keyN);
-    KeySignaturePicture(staff.keyN);
-    TimeSignaturePicture(staff.timeN);
+    TuneToKey(tuning, staff.keySignature);
+    KeySignaturePicture(staff.keySignature);
+    TimeSignaturePicture(staff.timeSignature);
     UseEveryTable(staff);
-    SetMSBValue(staff, 720);
-    SetMSBValue(staff, 0);
+    ScrollTo(staff, 720);
+    ScrollTo(staff, 0);
 
     // A read-and-write may tidy a file once (a line end inside the last token is cut on
     // the next read, as trailing blanks are); after that it must not drift.

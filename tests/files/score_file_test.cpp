@@ -18,10 +18,10 @@ TEST(ScoreFileText, TheTwoNoteExampleReadsAndWritesBackExactly) {
   ASSERT_EQ(f.notes.size(), 2u);
   EXPECT_EQ(f.notes[0].left, 120);
   EXPECT_EQ(f.notes[0].top, 105);
-  EXPECT_EQ(f.notes[0].note, "C498");
-  EXPECT_EQ(f.notes[0].backdrop, "n8");
+  EXPECT_EQ(f.notes[0].token, "C498");
+  EXPECT_EQ(f.notes[0].picture, "n8");
   EXPECT_EQ(f.notes[1].left, 152);
-  EXPECT_EQ(f.notes[1].dr, "2");
+  EXPECT_EQ(f.notes[1].durationDigit, "2");
   EXPECT_EQ(f.title, "演奏");
   EXPECT_EQ(f.comment, "作曲家/解説");
   EXPECT_EQ(f.instrumentGroup, 1);
@@ -32,27 +32,27 @@ TEST(ScoreFileText, TheTwoNoteExampleReadsAndWritesBackExactly) {
 
 TEST(ScoreFileText, SaveWritesEntryOrderUnscrolledAndThenResets) {
   Staff s;
-  ChangeKestra(s, "E4b98 C498 0008");
-  s.icv[1].left = 400;  // entry order, not time order, is file order
+  LoadKestraLine(s, "E4b98 C498 0008");
+  s.notes[1].left = 400;  // entry order, not time order, is file order
   s.title = "題";
   s.comment = "";
-  s.keyN = 9;
-  s.timeN = 2;
-  SetMSBValue(s, 288);
+  s.keySignature = 9;
+  s.timeSignature = 2;
+  ScrollTo(s, 288);
   WindowSettings settings{3, 2, 12};
   const std::string text = SaveFileText(s, settings);
   EXPECT_EQ(text,
             "400,108,0,63,64,-1,2,0,9,8,E4b98 160,114,0,60,60,0,0,0,9,8,C498 "
             "192,106,0,60,60,0,0,0,0,8,0008 ;題;;3;2;12;9;2\n");
-  EXPECT_EQ(s.msbValue, 0);
+  EXPECT_EQ(s.scrollValue, 0);
   ResetAfterSave(s, settings);
   EXPECT_EQ(s.NoteCount(), 0);
   EXPECT_EQ(s.title, "演奏");
   EXPECT_EQ(s.comment, "作曲家/解説");
-  EXPECT_EQ(s.keyN, 0);
-  EXPECT_EQ(s.timeN, 0);
-  EXPECT_EQ(s.kcvPicture, "S0");
-  EXPECT_EQ(s.tcvPicture, "T4");
+  EXPECT_EQ(s.keySignature, 0);
+  EXPECT_EQ(s.timeSignature, 0);
+  EXPECT_EQ(s.keySignaturePicture, "S0");
+  EXPECT_EQ(s.timeSignaturePicture, "T4");
   EXPECT_EQ(settings.tempoSlider, 7);
   EXPECT_EQ(settings.instrumentGroup, 3) << "saving leaves the instrument alone";
 }
@@ -72,7 +72,7 @@ TEST(ScoreFileReader, IsLenientWhereverAFileIsOdd) {
     std::string text;
     std::size_t notes;
     std::string title, comment;
-    int tempo, keyN, timeN;
+    int tempo, keySignature, timeSignature;
   } cases[] = {
       {"carriage returns are removed, not turned into line ends",
        "120,105,0,60,60,0,0,0,9,8,C498 ;a\r\nb;c\rd;1;2;3;4;5\r\n", 1, "a\nb", "cd", 3, 4, 5},
@@ -90,8 +90,8 @@ TEST(ScoreFileReader, IsLenientWhereverAFileIsOdd) {
     EXPECT_EQ(f.title, c.title);
     EXPECT_EQ(f.comment, c.comment);
     EXPECT_EQ(f.tempoSlider, c.tempo);
-    EXPECT_EQ(f.keyN, c.keyN);
-    EXPECT_EQ(f.timeN, c.timeN);
+    EXPECT_EQ(f.keySignature, c.keySignature);
+    EXPECT_EQ(f.timeSignature, c.timeSignature);
   }
 }
 
@@ -148,15 +148,15 @@ TEST(ScoreFileReader, CountsEveryRepairByKindAndTellsTextThatIsNoScore) {
     EXPECT_EQ(Summary(report), c.summary);
     EXPECT_EQ(report.Repairs().empty(), report.notAScore.empty() && c.summary.empty());
     for (const auto& n : f.notes) {
-      for (int v : {n.left, n.top, n.noteNo, n.nline, n.sf, n.sib, n.ks}) {
+      for (int v : {n.left, n.top, n.pitch, n.linePitch, n.accidental, n.accidentalSign, n.keyShift}) {
         EXPECT_LE(v, kMaxNoteNumberMagnitude);
         EXPECT_GE(v, -kMaxNoteNumberMagnitude);
       }
     }
     EXPECT_GE(f.tempoSlider, 0);
     EXPECT_LE(f.tempoSlider, kMaxTempoSlider);
-    EXPECT_LE(f.keyN, kMaxKeyNumber);
-    EXPECT_LE(f.timeN, kMaxTimeNumber);
+    EXPECT_LE(f.keySignature, kMaxKeyNumber);
+    EXPECT_LE(f.timeSignature, kMaxTimeNumber);
   }
   // The mark is skipped, not read into the first number; huge places are held, not wrapped.
   EXPECT_EQ(ParseScoreFile("\xEF\xBB\xBF" + std::string(kTwoNotes)).notes[0].left, 120);
@@ -169,78 +169,78 @@ TEST(ScoreFileReader, RecordsTakeWhatTheyHoldAndRestsAlwaysShowARest) {
   ScoreFile f = ParseScoreFile(
       "200,111,1,60,60,0,0,0,0,4,C404 300,99,1,62,62,0,0,0,9,A,D49A 310,99 320,99,0,70,71,-1,2,0,9,x,B4b9x ;");
   ASSERT_EQ(f.notes.size(), 4u);
-  EXPECT_EQ(f.notes[0].backdrop, "r4");
-  EXPECT_TRUE(f.notes[0].position) << "position still follows the stored flag";
-  EXPECT_EQ(f.notes[1].backdrop, "uA");
+  EXPECT_EQ(f.notes[0].picture, "r4");
+  EXPECT_TRUE(f.notes[0].stemDown) << "position still follows the stored flag";
+  EXPECT_EQ(f.notes[1].picture, "uA");
   // A short record: missing fields are empty or 0, and a missing flag is not "0".
   EXPECT_EQ(f.notes[2].left, 310);
-  EXPECT_EQ(f.notes[2].noteNo, 0);
-  EXPECT_EQ(f.notes[2].ve, "");
-  EXPECT_TRUE(f.notes[2].position);
-  EXPECT_EQ(f.notes[2].backdrop, "");
-  EXPECT_EQ(f.notes[3].sf, -1);
-  EXPECT_EQ(f.notes[3].backdrop, "") << "no picture for a digit that is not hexadecimal";
+  EXPECT_EQ(f.notes[2].pitch, 0);
+  EXPECT_EQ(f.notes[2].velocityDigit, "");
+  EXPECT_TRUE(f.notes[2].stemDown);
+  EXPECT_EQ(f.notes[2].picture, "");
+  EXPECT_EQ(f.notes[3].accidental, -1);
+  EXPECT_EQ(f.notes[3].picture, "") << "no picture for a digit that is not hexadecimal";
 }
 
 TEST(LoadScoreText, ReplacesTheStaffKeepsTheCursorAndMapsTheSignaturePictures) {
   Staff s;
-  ChangeKestra(s, "C498 D498 E498");
-  s.preNote[0] = 700;
-  s.noteChanged = true;
+  LoadKestraLine(s, "C498 D498 E498");
+  s.entryLeft = 700;
+  s.hasChanges = true;
   int slider = LoadScoreText(s, "152,99,0,62,62,0,0,0,9,2,D492 ;曲;;1;41;15;10;6\n");
   EXPECT_EQ(s.NoteCount(), 1);
-  EXPECT_EQ(s.icv[1].note, "D492");
-  EXPECT_EQ(s.preNote[0], 136) << "no reader sets the cursor";
+  EXPECT_EQ(s.notes[1].token, "D492");
+  EXPECT_EQ(s.entryLeft, 136) << "no reader sets the cursor";
   EXPECT_EQ(slider, 15);
-  EXPECT_EQ(s.keyN, 10);
-  EXPECT_EQ(s.kcvPicture, "F3");
-  EXPECT_EQ(s.timeN, 6);
-  EXPECT_EQ(s.tcvPicture, "T5");
-  EXPECT_TRUE(s.noteChanged) << "the title changed";
+  EXPECT_EQ(s.keySignature, 10);
+  EXPECT_EQ(s.keySignaturePicture, "F3");
+  EXPECT_EQ(s.timeSignature, 6);
+  EXPECT_EQ(s.timeSignaturePicture, "T5");
+  EXPECT_TRUE(s.hasChanges) << "the title changed";
   // Signature numbers outside the tables read as a new score's, which would otherwise
   // sound every note at 0 Hz; the slider is held to its range.
   slider = LoadScoreText(s, ";曲;;0;0;99;20;30\n");
-  EXPECT_EQ(s.keyN, 0);
-  EXPECT_EQ(s.kcvPicture, "S0");
-  EXPECT_EQ(s.timeN, 0);
-  EXPECT_EQ(s.tcvPicture, "T4");
+  EXPECT_EQ(s.keySignature, 0);
+  EXPECT_EQ(s.keySignaturePicture, "S0");
+  EXPECT_EQ(s.timeSignature, 0);
+  EXPECT_EQ(s.timeSignaturePicture, "T4");
   EXPECT_EQ(slider, 15);
   EXPECT_EQ(LoadScoreText(s, ";;;;;-4;;"), 0);
-  EXPECT_TRUE(s.noteChanged) << "the title changed to empty";
+  EXPECT_TRUE(s.hasChanges) << "the title changed to empty";
   LoadScoreText(s, ";;;;;-4;;");
-  EXPECT_FALSE(s.noteChanged) << "same texts: a load alone is no change";
+  EXPECT_FALSE(s.hasChanges) << "same texts: a load alone is no change";
 }
 
 namespace {
-NoteCV RandomNote(std::mt19937& rng) {
+Note RandomNote(std::mt19937& rng) {
   const char* hex = "0123456789ABCDEF";
-  NoteCV n;
+  Note n;
   n.left = 120 + 8 * static_cast<int>(rng() % 1200);
   n.top = 57 + 3 * static_cast<int>(rng() % 36);
-  n.position = rng() % 2;
-  n.nline = 21 + static_cast<int>(rng() % 88);
-  n.sf = static_cast<int>(rng() % 3) - 1;
-  n.sib = static_cast<int>(rng() % 4);
-  n.ks = static_cast<int>(rng() % 3) - 1;
-  n.noteNo = n.nline + n.sf + n.ks;
-  n.ve = std::string(1, hex[rng() % 16]);
-  n.dr = std::string(1, hex[rng() % 16]);
-  RepaintToken(n);
+  n.stemDown = rng() % 2;
+  n.linePitch = 21 + static_cast<int>(rng() % 88);
+  n.accidental = static_cast<int>(rng() % 3) - 1;
+  n.accidentalSign = static_cast<int>(rng() % 4);
+  n.keyShift = static_cast<int>(rng() % 3) - 1;
+  n.pitch = n.linePitch + n.accidental + n.keyShift;
+  n.velocityDigit = std::string(1, hex[rng() % 16]);
+  n.durationDigit = std::string(1, hex[rng() % 16]);
+  RespellToken(n);
   return n;
 }
 
-void ExpectSameStoredFields(const NoteCV& a, const NoteCV& b) {
+void ExpectSameStoredFields(const Note& a, const Note& b) {
   EXPECT_EQ(a.left, b.left);
   EXPECT_EQ(a.top, b.top);
-  EXPECT_EQ(a.position, b.position);
-  EXPECT_EQ(a.noteNo, b.noteNo);
-  EXPECT_EQ(a.nline, b.nline);
-  EXPECT_EQ(a.sf, b.sf);
-  EXPECT_EQ(a.sib, b.sib);
-  EXPECT_EQ(a.ks, b.ks);
-  EXPECT_EQ(a.ve, b.ve);
-  EXPECT_EQ(a.dr, b.dr);
-  EXPECT_EQ(a.note, b.note);
+  EXPECT_EQ(a.stemDown, b.stemDown);
+  EXPECT_EQ(a.pitch, b.pitch);
+  EXPECT_EQ(a.linePitch, b.linePitch);
+  EXPECT_EQ(a.accidental, b.accidental);
+  EXPECT_EQ(a.accidentalSign, b.accidentalSign);
+  EXPECT_EQ(a.keyShift, b.keyShift);
+  EXPECT_EQ(a.velocityDigit, b.velocityDigit);
+  EXPECT_EQ(a.durationDigit, b.durationDigit);
+  EXPECT_EQ(a.token, b.token);
 }
 }  // namespace
 
@@ -253,8 +253,8 @@ TEST(ScoreFileRoundTrip, RandomStaffsComeBackNoteForNote) {
     for (int i = 0; i < count; ++i) s.AddNote(RandomNote(rng));
     s.title = texts[rng() % 5];
     s.comment = texts[rng() % 5];
-    s.keyN = static_cast<int>(rng() % 15);
-    s.timeN = static_cast<int>(rng() % 9);
+    s.keySignature = static_cast<int>(rng() % 15);
+    s.timeSignature = static_cast<int>(rng() % 9);
     WindowSettings settings{static_cast<int>(rng() % 18), static_cast<int>(rng() % 20), static_cast<int>(rng() % 16)};
     const std::string text = SaveFileText(s, settings);
     ScoreReadReport report;
@@ -264,11 +264,11 @@ TEST(ScoreFileRoundTrip, RandomStaffsComeBackNoteForNote) {
     Staff back;
     const int slider = LoadScoreText(back, text);
     ASSERT_EQ(back.NoteCount(), count);
-    for (int i = 1; i <= count; ++i) ExpectSameStoredFields(back.icv[i], s.icv[i]);
+    for (int i = 1; i <= count; ++i) ExpectSameStoredFields(back.notes[i], s.notes[i]);
     EXPECT_EQ(back.title, s.title);
     EXPECT_EQ(back.comment, s.comment);
-    EXPECT_EQ(back.keyN, s.keyN);
-    EXPECT_EQ(back.timeN, s.timeN);
+    EXPECT_EQ(back.keySignature, s.keySignature);
+    EXPECT_EQ(back.timeSignature, s.timeSignature);
     EXPECT_EQ(slider, settings.tempoSlider);
     EXPECT_EQ(SaveFileText(back, settings), text);
   }

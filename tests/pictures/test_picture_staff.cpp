@@ -157,28 +157,28 @@ class StaffPicturesTest : public QObject {
   }
 
   void keySignaturePutsEachSignOnItsLine_data() {
-    QTest::addColumn<int>("keyN");
+    QTest::addColumn<int>("keySignature");
     for (int k = 1; k <= 14; ++k) QTest::newRow(qPrintable(QString::number(k))) << k;
   }
   // Each key adds one sign to the one before it; the new sign must stand on the line
   // the key table alters, in the treble and in the bass.
   void keySignaturePutsEachSignOnItsLine() {
-    QFETCH(int, keyN);
-    bool sharps = keyN <= 7;
-    int before = keyN == 1 || keyN == 8 ? 0 : keyN - 1;
+    QFETCH(int, keySignature);
+    bool sharps = keySignature <= 7;
+    int before = keySignature == 1 || keySignature == 8 ? 0 : keySignature - 1;
     // The pitch class this key alters that the one before does not.
     int added = -1;
     for (int pc : {0, 2, 4, 5, 7, 9, 11})
-      if (KeySignatureShift(keyN, 60 + pc) != 0 && KeySignatureShift(before, 60 + pc) == 0) added = pc;
+      if (KeySignatureShift(keySignature, 60 + pc) != 0 && KeySignatureShift(before, 60 + pc) == 0) added = pc;
     QVERIFY(added >= 0);
-    QCOMPARE(KeySignatureShift(keyN, 60 + added), sharps ? 1 : -1);
+    QCOMPARE(KeySignatureShift(keySignature, 60 + added), sharps ? 1 : -1);
     // The customary places of signature signs in the two staves.
     const std::map<int, std::pair<int, int>> places = sharps
         ? std::map<int, std::pair<int, int>>{{5, {77, 53}}, {0, {72, 48}}, {7, {79, 55}}, {2, {74, 50}},
                                              {9, {69, 45}}, {4, {76, 52}}, {11, {71, 47}}}
         : std::map<int, std::pair<int, int>>{{11, {71, 47}}, {4, {76, 52}}, {9, {69, 45}}, {2, {74, 50}},
                                              {7, {67, 43}}, {0, {72, 48}}, {5, {65, 41}}};
-    QImage now = Built(QString::fromStdString(KeySignaturePicture(keyN)));
+    QImage now = Built(QString::fromStdString(KeySignaturePicture(keySignature)));
     QImage then = Built(QString::fromStdString(KeySignaturePicture(before)));
     QImage diff(now.size(), QImage::Format_ARGB32);
     diff.fill(Qt::transparent);
@@ -201,7 +201,7 @@ class StaffPicturesTest : public QObject {
   }
 
   void timeSignaturesFollowTheMetres() {
-    // timeN: 4/4, 6/8, 3/4, 2/4, 2/2, 12/8, 5/4, 3/8, 9/8, as the time menu lists them.
+    // timeSignature: 4/4, 6/8, 3/4, 2/4, 2/2, 12/8, 5/4, 3/8, 9/8, as the time menu lists them.
     const int metres[9][2] = {{4, 4}, {6, 8}, {3, 4}, {2, 4}, {2, 2}, {12, 8}, {5, 4}, {3, 8}, {9, 8}};
     const QRect upper(0, Row(77, 107), 12, Row(71, 107) - Row(77, 107));
     const QRect lower(0, Row(71, 107) + 1, 12, Row(64, 107) - Row(71, 107));

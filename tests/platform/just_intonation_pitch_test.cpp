@@ -51,16 +51,16 @@ TEST_F(JustIntonation, EveryKeysTableSoundsWithinOneCent) {
   // The open strings, the notes around them, and the top of the fingerboard.
   const int indexes[] = {55, 57, 60, 62, 64, 66, 69, 71, 73, 76, 79, 83, 88};
   double worst = 0;
-  for (int keyN = 0; keyN <= 14; ++keyN) {
+  for (int keySignature = 0; keySignature <= 14; ++keySignature) {
     TuningTables t;
-    PureScale(t, keyN);
+    TuneToKey(t, keySignature);
     for (int i : indexes) {
       const int pitch = static_cast<int>(t.p[i]);
       const int key = KeyOfPitch(pitch);
       const double wanted = (pitch - key * 256) * 100.0 / 256.0;
       const double got = CentsBetween(SoundedFrequency(*synth, kChannel, pitch), Reference(key));
       worst = std::max(worst, std::fabs(got - wanted));
-      EXPECT_NEAR(got, wanted, 1.0) << "keyN " << keyN << ", pitch index " << i << ", p " << pitch;
+      EXPECT_NEAR(got, wanted, 1.0) << "keyN " << keySignature << ", pitch index " << i << ", p " << pitch;
     }
   }
   RecordProperty("worst_cents", std::to_string(worst));

@@ -26,12 +26,12 @@ constexpr const char* kScore = "A4C4 0004 E5C8 0008 C5C4 0004 G4C2 0002 D5C6 000
 
 RenderJob JobFor(double d) {
   Staff staff;
-  ChangeKestra(staff, kScore);
+  LoadKestraLine(staff, kScore);
   RenderJob job;
   job.tempoFactor = d;
-  job.events = BuildEventList(staff.icv, d, 0.85);
+  job.events = BuildEventList(staff.notes, d, 0.85);
   TuningTables t;
-  PureScale(t, staff.keyN);
+  TuneToKey(t, staff.keySignature);
   job.pitches = t.p;
   job.afterSeconds = 0;
   return job;

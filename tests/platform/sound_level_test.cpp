@@ -30,12 +30,12 @@ float PeakOf(const std::vector<float>& frames) {
 
 RenderJob ScaleJob(int scale) {
   Staff staff;
-  ChangeKestra(staff, kScaleLines[scale].line);
+  LoadKestraLine(staff, kScaleLines[scale].line);
   RenderJob job;
-  job.tempoFactor = TempoForSlider(kTempoSliderStart).d;
-  job.events = BuildEventList(staff.icv, job.tempoFactor, 0.95);
+  job.tempoFactor = TempoForSlider(kTempoSliderStart).tempoFactor;
+  job.events = BuildEventList(staff.notes, job.tempoFactor, 0.95);
   TuningTables t;
-  PureScale(t, staff.keyN);
+  TuneToKey(t, staff.keySignature);
   job.pitches = t.p;
   return job;
 }

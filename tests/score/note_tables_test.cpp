@@ -8,16 +8,16 @@
 #include <set>
 #include <vector>
 
-#include "score/note_cv.h"
+#include "score/note.h"
 #include "score/note_tables.h"
 
 using namespace lirenza;
 
 struct TokenCase {
   const char* token;
-  int nline, sf, sib, noteNo;
-  const char* ve;
-  const char* dr;
+  int linePitch, accidental, accidentalSign, pitch;
+  const char* velocityDigit;
+  const char* durationDigit;
   const char* repainted;
 };
 
@@ -40,50 +40,50 @@ TEST(NoteToken, ReadsFromItsEndAndRepaintsFromTheFields) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.token);
-    NoteCV n;
+    Note n;
     FillFromToken(n, c.token);
-    EXPECT_EQ(n.note, c.token);
-    EXPECT_EQ(n.nline, c.nline);
-    EXPECT_EQ(n.sf, c.sf);
-    EXPECT_EQ(n.sib, c.sib);
-    EXPECT_EQ(n.noteNo, c.noteNo);
-    EXPECT_EQ(n.ve, c.ve);
-    EXPECT_EQ(n.dr, c.dr);
-    RepaintToken(n);
-    EXPECT_EQ(n.note, c.repainted);
+    EXPECT_EQ(n.token, c.token);
+    EXPECT_EQ(n.linePitch, c.linePitch);
+    EXPECT_EQ(n.accidental, c.accidental);
+    EXPECT_EQ(n.accidentalSign, c.accidentalSign);
+    EXPECT_EQ(n.pitch, c.pitch);
+    EXPECT_EQ(n.velocityDigit, c.velocityDigit);
+    EXPECT_EQ(n.durationDigit, c.durationDigit);
+    RespellToken(n);
+    EXPECT_EQ(n.token, c.repainted);
   }
 }
 
 TEST(NoteToken, KeySignatureSpellsTheNoteWithoutItsOwnSign) {
   // A B flat from the signature has no flat of its own and is written as A sharp.
-  NoteCV n;
+  Note n;
   FillFromToken(n, "B498");
-  n.ks = -1;
-  RepaintToken(n);
-  EXPECT_EQ(n.noteNo, 70);
-  EXPECT_EQ(n.note, "A4#98");
+  n.keyShift = -1;
+  RespellToken(n);
+  EXPECT_EQ(n.pitch, 70);
+  EXPECT_EQ(n.token, "A4#98");
 }
 
-TEST(NoteStr, EveryPitchSpelledSharpOrFlatReadsBackAsItself) {
+TEST(PitchName, EveryPitchSpelledSharpOrFlatReadsBackAsItself) {
   for (int pitch = 21; pitch <= 108; ++pitch) {
     for (int sf : {0, -1}) {
-      NoteCV n;
-      FillFromToken(n, NoteStr(pitch, sf) + "94");
-      EXPECT_EQ(n.noteNo, pitch) << NoteStr(pitch, sf);
+      Note n;
+      FillFromToken(n, PitchName(pitch, sf) + "94");
+      EXPECT_EQ(n.pitch, pitch) << PitchName(pitch, sf);
     }
   }
-  for (int pitch : {-1, 109, INT_MIN, INT_MAX}) EXPECT_EQ(NoteStr(pitch, 0), "") << pitch;
+  for (int pitch : {-1, 109, INT_MIN, INT_MAX}) EXPECT_EQ(PitchName(pitch, 0), "") << pitch;
 }
 
-TEST(NotePit, InvertsTheSharpTableFromA0ToC8Only) {
+TEST(NaturalPitchOfName, InvertsTheSharpTableFromA0ToC8Only) {
   struct Case {
     const char* name;
     int pitch;
   } cases[] = {{"00", 60}, {"A0", 21}, {"B0", 23}, {"C4", 60}, {"c4", 60}, {"A4", 69},
                {"C8", 108}, {"G0", 0},  {"-C#", 0}, {"D8", 0},  {"H4", 0},  {"", 0}};
-  for (const auto& c : cases) EXPECT_EQ(NotePit(c.name), c.pitch) << c.name;
+  for (const auto& c : cases) EXPECT_EQ(NaturalPitchOfName(c.name), c.pitch) << c.name;
   // Every natural and sharp name from A0 to C8 reads back as its own pitch.
-  for (int p = 21; p <= 108; ++p) EXPECT_EQ(NotePit(NoteStr(p, 0)), p) << p;
+  for (int p = 21; p <= 108; ++p) EXPECT_EQ(NaturalPitchOfName(PitchName(p, 0)), p) << p;
 }
 
 TEST(DigitTables, DurationDigitsAreTheNoteValuesOfTheMenu) {
@@ -100,53 +100,53 @@ TEST(DigitTables, DurationDigitsAreTheNoteValuesOfTheMenu) {
     const Value& v = values[i];
     double ticks = 1920.0 / v.ofWhole * (2 - 1.0 / (1 << v.dots));
     if (v.triplet) ticks = ticks * 2 / 3;
-    EXPECT_EQ(NoteTicks(std::string(1, digits[i])), static_cast<int>(ticks)) << digits[i];
-    EXPECT_EQ(NoteTicks(std::string(1, static_cast<char>(std::tolower(digits[i])))), static_cast<int>(ticks));
+    EXPECT_EQ(TicksOfDigit(std::string(1, digits[i])), static_cast<int>(ticks)) << digits[i];
+    EXPECT_EQ(TicksOfDigit(std::string(1, static_cast<char>(std::tolower(digits[i])))), static_cast<int>(ticks));
   }
 }
 
 TEST(DigitTables, VelocityRisesWithTheDigitFromSilenceToTheTop) {
   const char* digits = "0123456789ABCDEF";
-  EXPECT_EQ(NoteVel("0"), 0);
-  EXPECT_EQ(NoteVel("F"), 127);
-  for (int i = 1; i < 16; ++i) EXPECT_GT(NoteVel(std::string(1, digits[i])), NoteVel(std::string(1, digits[i - 1])));
+  EXPECT_EQ(VelocityOfDigit("0"), 0);
+  EXPECT_EQ(VelocityOfDigit("F"), 127);
+  for (int i = 1; i < 16; ++i) EXPECT_GT(VelocityOfDigit(std::string(1, digits[i])), VelocityOfDigit(std::string(1, digits[i - 1])));
 }
 
 TEST(DigitTables, UnreadableDigitsReadAsSilenceWhateverTheirSize) {
   // An empty or unknown digit reads as 0: silence, and the longest length.
-  EXPECT_EQ(NoteVel(""), 0);
-  EXPECT_EQ(NoteVel("Z"), 0);
-  EXPECT_EQ(NoteTicks(""), 1920);
+  EXPECT_EQ(VelocityOfDigit(""), 0);
+  EXPECT_EQ(VelocityOfDigit("Z"), 0);
+  EXPECT_EQ(TicksOfDigit(""), 1920);
   // Past the table there is no value, however large the number, and no wrap-around.
   for (const char* digit : {"10", "FFFFFFFF", "100000000", "7FFFFFFFFFFFFFFF", "FFFFFFFFFFFFFFFFFFFF"}) {
-    EXPECT_EQ(NoteVel(digit), 0) << digit;
-    EXPECT_EQ(NoteTicks(digit), 0) << digit;
+    EXPECT_EQ(VelocityOfDigit(digit), 0) << digit;
+    EXPECT_EQ(TicksOfDigit(digit), 0) << digit;
   }
 }
 
 TEST(DigitTables, NoteDurScalesByTheTempoFactor) {
-  EXPECT_EQ(NoteDur("4", 1.0), 480000);
-  EXPECT_EQ(NoteDur("4", 0.6), 288000);
-  EXPECT_EQ(NoteDur("F", 0.65), 19500);
+  EXPECT_EQ(MicrosecondsOfDigit("4", 1.0), 480000);
+  EXPECT_EQ(MicrosecondsOfDigit("4", 0.6), 288000);
+  EXPECT_EQ(MicrosecondsOfDigit("F", 0.65), 19500);
   // A damaged factor gives a long or empty note, never an out-of-range cast.
-  EXPECT_GT(NoteDur("0", 1e308), 0);
-  EXPECT_LT(NoteDur("0", -1e308), 0);
-  EXPECT_EQ(NoteDur("0", std::nan("")), 0);
+  EXPECT_GT(MicrosecondsOfDigit("0", 1e308), 0);
+  EXPECT_LT(MicrosecondsOfDigit("0", -1e308), 0);
+  EXPECT_EQ(MicrosecondsOfDigit("0", std::nan("")), 0);
 }
 
 TEST(StaffPlaces, NotesStandOnTheirLineAndBlackKeysOnTheLineAbove) {
   for (int pitch = 22; pitch <= 108; ++pitch) {
-    const bool black = NoteStr(pitch, 0).find('#') != std::string::npos;
-    EXPECT_EQ(StaffLinePitch(NotePosition(pitch)), black ? pitch + 1 : pitch) << pitch;
+    const bool black = PitchName(pitch, 0).find('#') != std::string::npos;
+    EXPECT_EQ(StaffLinePitch(EntryTopOfPitch(pitch)), black ? pitch + 1 : pitch) << pitch;
     // A kestra line puts the head two diatonic steps (six pixels) higher, and a black
     // key on the line of the natural below it.
-    if (!black) EXPECT_EQ(NotePosition(pitch) - NoteLine(pitch), 6) << pitch;
-    else EXPECT_EQ(NoteLine(pitch), NoteLine(pitch - 1)) << pitch;
+    if (!black) EXPECT_EQ(EntryTopOfPitch(pitch) - KestraTopOfPitch(pitch), 6) << pitch;
+    else EXPECT_EQ(KestraTopOfPitch(pitch), KestraTopOfPitch(pitch - 1)) << pitch;
   }
-  EXPECT_EQ(NotePosition(60), 120);
-  EXPECT_EQ(NoteLine(60), 114);
+  EXPECT_EQ(EntryTopOfPitch(60), 120);
+  EXPECT_EQ(KestraTopOfPitch(60), 114);
   // Below the staff's lowest step, and past its top, notes go to the bottom line.
-  for (int pitch : {21, 0, 109, -5, INT_MIN, INT_MAX}) EXPECT_EQ(NotePosition(pitch), 189) << pitch;
+  for (int pitch : {21, 0, 109, -5, INT_MIN, INT_MAX}) EXPECT_EQ(EntryTopOfPitch(pitch), 189) << pitch;
 }
 
 TEST(StaffPlaces, StaffLineTableRunsThreePixelsADiatonicStep) {
@@ -163,18 +163,18 @@ TEST(KeySignature, AltersTheLinesInTheOrderOfSharpsAndFlats) {
   // Sharps come F C G D A E B, flats B E A D G C F: key k alters the first k of them.
   const std::vector<int> sharps = {5, 0, 7, 2, 9, 4, 11};
   const std::vector<int> flats = {11, 4, 9, 2, 7, 0, 5};
-  for (int keyN = 0; keyN <= 14; ++keyN) {
+  for (int keySignature = 0; keySignature <= 14; ++keySignature) {
     for (int pc = 0; pc < 12; ++pc) {
       int expected = 0;
-      if (keyN >= 1 && keyN <= 7 && std::find(sharps.begin(), sharps.begin() + keyN, pc) != sharps.begin() + keyN)
+      if (keySignature >= 1 && keySignature <= 7 && std::find(sharps.begin(), sharps.begin() + keySignature, pc) != sharps.begin() + keySignature)
         expected = 1;
-      if (keyN >= 8 && std::find(flats.begin(), flats.begin() + (keyN - 7), pc) != flats.begin() + (keyN - 7))
+      if (keySignature >= 8 && std::find(flats.begin(), flats.begin() + (keySignature - 7), pc) != flats.begin() + (keySignature - 7))
         expected = -1;
-      EXPECT_EQ(KeySignatureShift(keyN, 60 + pc), expected) << "key " << keyN << " class " << pc;
-      EXPECT_EQ(KeySignatureShift(keyN, 24 + pc), expected) << "key " << keyN << " low octave";
+      EXPECT_EQ(KeySignatureShift(keySignature, 60 + pc), expected) << "key " << keySignature << " class " << pc;
+      EXPECT_EQ(KeySignatureShift(keySignature, 24 + pc), expected) << "key " << keySignature << " low octave";
     }
   }
-  for (int keyN : {15, -1, INT_MAX, INT_MIN}) EXPECT_EQ(KeySignatureShift(keyN, 65), 0);
+  for (int keySignature : {15, -1, INT_MAX, INT_MIN}) EXPECT_EQ(KeySignatureShift(keySignature, 65), 0);
 }
 
 TEST(PictureFamily, EachRouteHasItsOwnThresholds) {
@@ -182,14 +182,14 @@ TEST(PictureFamily, EachRouteHasItsOwnThresholds) {
     int top;
     NoteFamily entry, kestra, menu, transpose;
   };
-  using F = NoteFamily;
+  constexpr auto U = NoteFamily::StemDown, N = NoteFamily::StemUp;
   const Case cases[] = {
-      {57, F::U, F::U, F::U, F::U},  {75, F::U, F::U, F::U, F::U},  {76, F::U, F::N, F::N, F::N},
-      {78, F::U, F::N, F::N, F::N},  {79, F::N, F::N, F::N, F::N},  {117, F::N, F::N, F::N, F::N},
-      {118, F::N, F::U, F::U, F::U}, {120, F::N, F::U, F::U, F::U}, {121, F::U, F::U, F::U, F::U},
-      {141, F::U, F::U, F::U, F::U}, {142, F::N, F::U, F::U, F::U}, {150, F::N, F::U, F::U, F::U},
-      {151, F::N, F::N, F::U, F::U}, {159, F::N, F::N, F::U, F::U}, {160, F::N, F::N, F::N, F::U},
-      {189, F::N, F::N, F::N, F::U},
+      {57, U, U, U, U},  {75, U, U, U, U},  {76, U, N, N, N},
+      {78, U, N, N, N},  {79, N, N, N, N},  {117, N, N, N, N},
+      {118, N, U, U, U}, {120, N, U, U, U}, {121, U, U, U, U},
+      {141, U, U, U, U}, {142, N, U, U, U}, {150, N, U, U, U},
+      {151, N, N, U, U}, {159, N, N, U, U}, {160, N, N, N, U},
+      {189, N, N, N, U},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.top);
@@ -204,13 +204,13 @@ TEST(PictureNames, OneHexDigitNamesAPictureAnythingElseNone) {
   EXPECT_EQ(NotePictureName('n', "8"), "n8");
   EXPECT_EQ(NotePictureName('u', "f"), "uF");
   EXPECT_EQ(NotePictureName('r', "0"), "r0");
-  EXPECT_EQ(NotePictureName(NoteFamily::U, "A"), "uA");
+  EXPECT_EQ(NotePictureName(NoteFamily::StemDown, "A"), "uA");
   EXPECT_EQ(NotePictureName('n', ""), "");
   EXPECT_EQ(NotePictureName('n', "G"), "");
   EXPECT_EQ(NotePictureName('n', "10"), "");
   // Key k shows k sharps up to 7, then k - 7 flats; nine time signatures; nothing else.
-  for (int keyN = 0; keyN <= 14; ++keyN)
-    EXPECT_EQ(KeySignaturePicture(keyN), keyN <= 7 ? "S" + std::to_string(keyN) : "F" + std::to_string(keyN - 7));
+  for (int keySignature = 0; keySignature <= 14; ++keySignature)
+    EXPECT_EQ(KeySignaturePicture(keySignature), keySignature <= 7 ? "S" + std::to_string(keySignature) : "F" + std::to_string(keySignature - 7));
   std::set<std::string> times;
   for (int t = 0; t < 9; ++t) times.insert(TimeSignaturePicture(t));
   EXPECT_EQ(times.size(), 9u);

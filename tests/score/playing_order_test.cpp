@@ -10,12 +10,12 @@
 using namespace lirenza;
 
 namespace {
-std::vector<NoteCV> Notes(std::initializer_list<std::pair<int, const char*>> leftAndDigit) {
-  std::vector<NoteCV> notes(1);
+std::vector<Note> Notes(std::initializer_list<std::pair<int, const char*>> leftAndDigit) {
+  std::vector<Note> notes(1);
   for (auto [left, digit] : leftAndDigit) {
-    NoteCV n;
+    Note n;
     n.left = left;
-    n.dr = digit;
+    n.durationDigit = digit;
     notes.push_back(n);
   }
   return notes;
@@ -25,7 +25,7 @@ std::vector<NoteCV> Notes(std::initializer_list<std::pair<int, const char*>> lef
 TEST(PlayingOrder, FollowsLeftWhateverTheEntryOrder) {
   struct Case {
     const char* name;
-    std::vector<NoteCV> notes;
+    std::vector<Note> notes;
     std::vector<int> order;
   } cases[] = {
       {"in order", Notes({{136, "4"}, {168, "4"}, {200, "4"}}), {0, 1, 2, 3}},
@@ -59,13 +59,13 @@ namespace {
 // The order as notes were always placed: each one walked back from the end past every
 // note right of it, then compared with the one neighbour it met. Quadratic, but plainly
 // right; the real order must agree with it on every staff.
-std::vector<int> WalkedOrder(const std::vector<NoteCV>& notes) {
+std::vector<int> WalkedOrder(const std::vector<Note>& notes) {
   std::vector<int> order{0};
   for (int n = 1; n < static_cast<int>(notes.size()); ++n) {
     std::size_t p = order.size();
     while (p > 1 && notes[order[p - 1]].left > notes[n].left) --p;
     if (p > 1 && notes[order[p - 1]].left == notes[n].left &&
-        HexVal(notes[order[p - 1]].dr) > HexVal(notes[n].dr))
+        HexVal(notes[order[p - 1]].durationDigit) > HexVal(notes[n].durationDigit))
       --p;
     order.insert(order.begin() + static_cast<long>(p), n);
   }
@@ -91,17 +91,17 @@ std::vector<Event> InsertedByTime(const std::vector<Event>& made) {
 TEST(PlayingOrder, AgreesWithTheWalkOnRandomStaffs) {
   std::mt19937 rng(7);
   for (int round = 0; round < 3000; ++round) {
-    std::vector<NoteCV> notes(1);
+    std::vector<Note> notes(1);
     // Few columns make many chords; a template moved by scrolling joins them at times.
     const int columns = 1 + static_cast<int>(rng() % 12);
     notes[0].left = 120 + 8 * static_cast<int>(rng() % 4) - 16;
-    notes[0].dr = std::string(1, "0123456789ABCDEF"[rng() % 16]);
+    notes[0].durationDigit = std::string(1, "0123456789ABCDEF"[rng() % 16]);
     const int count = static_cast<int>(rng() % 40);
     for (int i = 0; i < count; ++i) {
-      NoteCV n;
+      Note n;
       n.left = 104 + 8 * static_cast<int>(rng() % columns);
       const bool damaged = rng() % 10 == 0;
-      n.dr = damaged ? std::string(rng() % 2 ? "" : "7FFFFFFFFFFFFFFF") : std::string(1, "0123456789ABCDEF"[rng() % 16]);
+      n.durationDigit = damaged ? std::string(rng() % 2 ? "" : "7FFFFFFFFFFFFFFF") : std::string(1, "0123456789ABCDEF"[rng() % 16]);
       notes.push_back(n);
     }
     ASSERT_EQ(PlayingOrder(notes), WalkedOrder(notes)) << "round " << round;

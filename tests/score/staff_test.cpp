@@ -16,147 +16,147 @@ std::string Repeat(const std::string& token, int n) {
 }
 }  // namespace
 
-TEST(ChangeKestra, PlacesFourTokensABarWithTheBarGapBehindEach) {
+TEST(LoadKestraLine, PlacesFourTokensABarWithTheBarGapBehindEach) {
   Staff s;
-  ChangeKestra(s, "C498 D498 E498 F498 G498");
+  LoadKestraLine(s, "C498 D498 E498 F498 G498");
   ASSERT_EQ(s.NoteCount(), 5);
   const int lefts[] = {128, 160, 192, 224, 272};
-  for (int i = 1; i <= 5; ++i) EXPECT_EQ(s.icv[i].left, lefts[i - 1]) << i;
-  EXPECT_EQ(s.icv[1].top, 114);  // C4 two steps above its entry place
-  EXPECT_EQ(s.icv[5].top, 102);
-  EXPECT_EQ(s.preNote[0], 272 + 32);
+  for (int i = 1; i <= 5; ++i) EXPECT_EQ(s.notes[i].left, lefts[i - 1]) << i;
+  EXPECT_EQ(s.notes[1].top, 114);  // C4 two steps above its entry place
+  EXPECT_EQ(s.notes[5].top, 102);
+  EXPECT_EQ(s.entryLeft, 272 + 32);
   // The template is untouched: hidden at the origin of time.
-  EXPECT_EQ(s.icv[0].left, 120);
-  EXPECT_EQ(s.icv[0].dr, "4");
+  EXPECT_EQ(s.notes[0].left, 120);
+  EXPECT_EQ(s.notes[0].durationDigit, "4");
 }
 
-TEST(ChangeKestra, DropsTokensPastTheLimit) {
+TEST(LoadKestraLine, DropsTokensPastTheLimit) {
   Staff s;
-  ChangeKestra(s, Repeat("C498", 200));
+  LoadKestraLine(s, Repeat("C498", 200));
   ASSERT_EQ(s.NoteCount(), 192);
-  EXPECT_EQ(s.icv[192].left, 6992);
-  EXPECT_EQ(s.icv[9].left, 416);
+  EXPECT_EQ(s.notes[192].left, 6992);
+  EXPECT_EQ(s.notes[9].left, 416);
 }
 
-TEST(ChangeKestra, RestsAndPictureFamiliesFollowTheKestraRule) {
+TEST(LoadKestraLine, RestsAndPictureFamiliesFollowTheKestraRule) {
   Staff s;
   // C6 high (u), A5 (n at 78), C4 (n), G3 (u), E1 (n), a rest.
-  ChangeKestra(s, "C694 A594 C494 G394 E194 0008");
+  LoadKestraLine(s, "C694 A594 C494 G394 E194 0008");
   struct Expect {
     int top;
     const char* picture;
   } expect[] = {{72, "u4"}, {78, "n4"}, {114, "n4"}, {123, "u4"}, {171, "n4"}, {106, "r8"}};
   for (int i = 0; i < 6; ++i) {
-    EXPECT_EQ(s.icv[i + 1].top, expect[i].top) << i;
-    EXPECT_EQ(s.icv[i + 1].backdrop, expect[i].picture) << i;
-    EXPECT_FALSE(s.icv[i + 1].position) << "kestra notes keep position false";
+    EXPECT_EQ(s.notes[i + 1].top, expect[i].top) << i;
+    EXPECT_EQ(s.notes[i + 1].picture, expect[i].picture) << i;
+    EXPECT_FALSE(s.notes[i + 1].stemDown) << "kestra notes keep position false";
   }
-  EXPECT_TRUE(s.icv[6].IsRest());
+  EXPECT_TRUE(s.notes[6].IsRest());
 }
 
-TEST(ChangeKestra, ResetsTheKeyAndEmptiesTheStaffButKeepsTheTexts) {
+TEST(LoadKestraLine, ResetsTheKeyAndEmptiesTheStaffButKeepsTheTexts) {
   Staff s;
-  s.keyN = 9;
-  s.kcvPicture = "F2";
+  s.keySignature = 9;
+  s.keySignaturePicture = "F2";
   s.title = "練習";
-  ChangeKestra(s, "C498 D498");
-  ChangeKestra(s, "E498");
+  LoadKestraLine(s, "C498 D498");
+  LoadKestraLine(s, "E498");
   EXPECT_EQ(s.NoteCount(), 1);
-  EXPECT_EQ(s.keyN, 0);
-  EXPECT_EQ(s.kcvPicture, "S0");
+  EXPECT_EQ(s.keySignature, 0);
+  EXPECT_EQ(s.keySignaturePicture, "S0");
   EXPECT_EQ(s.title, "練習");
-  ChangeKestra(s, "");
+  LoadKestraLine(s, "");
   EXPECT_EQ(s.NoteCount(), 0);
-  EXPECT_EQ(s.preNote[0], kFirstColumn);
+  EXPECT_EQ(s.entryLeft, kFirstColumn);
 }
 
 TEST(Clearing, ClearNotesKeepsSignaturesClearNotes2ResetsEverything) {
   Staff s;
-  ChangeKestra(s, Repeat("C498", 40));
-  s.keyN = 3;
-  s.kcvPicture = "S3";
-  s.timeN = 2;
-  s.tcvPicture = "T3";
+  LoadKestraLine(s, Repeat("C498", 40));
+  s.keySignature = 3;
+  s.keySignaturePicture = "S3";
+  s.timeSignature = 2;
+  s.timeSignaturePicture = "T3";
   s.title = "曲";
   s.comment = "解説";
-  SetMSBValue(s, 720);
-  s.noteChanged = true;
+  ScrollTo(s, 720);
+  s.hasChanges = true;
 
-  ClearNotes(s);
+  ClearStaff(s);
   EXPECT_EQ(s.NoteCount(), 0);
-  EXPECT_EQ(s.msbValue, 0);
-  EXPECT_EQ(s.icv[0].left, 120) << "the template scrolls back with the view";
-  EXPECT_EQ(s.preNote[0], 136);
-  EXPECT_EQ(s.preCord[0], 0);
-  EXPECT_EQ(s.keyN, 3);
+  EXPECT_EQ(s.scrollValue, 0);
+  EXPECT_EQ(s.notes[0].left, 120) << "the template scrolls back with the view";
+  EXPECT_EQ(s.entryLeft, 136);
+  EXPECT_EQ(s.selectedBar, 0);
+  EXPECT_EQ(s.keySignature, 3);
   EXPECT_EQ(s.title, "曲");
-  EXPECT_FALSE(s.noteChanged);
+  EXPECT_FALSE(s.hasChanges);
 
-  s.noteChanged = true;
-  ClearNotes2(s);
-  EXPECT_EQ(s.keyN, 0);
-  EXPECT_EQ(s.kcvPicture, "S0");
-  EXPECT_EQ(s.timeN, 0);
-  EXPECT_EQ(s.tcvPicture, "T4");
-  EXPECT_EQ(s.mcvBackdrop, "Sheet1");
+  s.hasChanges = true;
+  ClearScore(s);
+  EXPECT_EQ(s.keySignature, 0);
+  EXPECT_EQ(s.keySignaturePicture, "S0");
+  EXPECT_EQ(s.timeSignature, 0);
+  EXPECT_EQ(s.timeSignaturePicture, "T4");
+  EXPECT_EQ(s.sheetPicture, "Sheet1");
   EXPECT_EQ(s.title, "");
   EXPECT_EQ(s.comment, "");
-  EXPECT_FALSE(s.noteChanged);
+  EXPECT_FALSE(s.hasChanges);
 }
 
 TEST(Scrolling, CutsToWholeBarsAndMovesNotesCursorAndBar) {
   Staff s;
-  ChangeKestra(s, "C498 D498 E498 F498 G498");
-  s.preCord[0] = 3;
-  SetMSBValue(s, 150);
-  EXPECT_EQ(s.msbValue, 144);
-  EXPECT_EQ(s.oldSBValue[0], 144);
-  EXPECT_EQ(s.icv[1].left, 128 - 144);
-  EXPECT_EQ(s.icv[0].left, 120 - 144);
-  EXPECT_EQ(s.preNote[0], 304 - 144);
-  EXPECT_EQ(s.preCord[0], 2);
-  EXPECT_EQ(s.preCord[1], -1) << "the copied bar follows the view";
+  LoadKestraLine(s, "C498 D498 E498 F498 G498");
+  s.selectedBar = 3;
+  ScrollTo(s, 150);
+  EXPECT_EQ(s.scrollValue, 144);
+  EXPECT_EQ(s.appliedScroll, 144);
+  EXPECT_EQ(s.notes[1].left, 128 - 144);
+  EXPECT_EQ(s.notes[0].left, 120 - 144);
+  EXPECT_EQ(s.entryLeft, 304 - 144);
+  EXPECT_EQ(s.selectedBar, 2);
+  EXPECT_EQ(s.copiedBar, -1) << "the copied bar follows the view";
 
   // A page turn: 840 more is cut to five bars.
-  SetMSBValue(s, s.msbValue + 840);
-  EXPECT_EQ(s.msbValue, 864);
-  EXPECT_EQ(s.icv[5].left, 272 - 864);
+  ScrollTo(s, s.scrollValue + 840);
+  EXPECT_EQ(s.scrollValue, 864);
+  EXPECT_EQ(s.notes[5].left, 272 - 864);
 
-  SetMSBValue(s, 0);
-  EXPECT_EQ(s.icv[5].left, 272);
-  EXPECT_EQ(s.preNote[0], 304);
-  EXPECT_EQ(s.preCord[0], 3);
+  ScrollTo(s, 0);
+  EXPECT_EQ(s.notes[5].left, 272);
+  EXPECT_EQ(s.entryLeft, 304);
+  EXPECT_EQ(s.selectedBar, 3);
 
-  SetMSBValue(s, 99999);
-  EXPECT_EQ(s.msbValue, kMsbMaximum);
-  SetMSBValue(s, -5);
-  EXPECT_EQ(s.msbValue, 0);
-  EXPECT_EQ(s.icv[1].left, 128);
+  ScrollTo(s, 99999);
+  EXPECT_EQ(s.scrollValue, kScrollMaximum);
+  ScrollTo(s, -5);
+  EXPECT_EQ(s.scrollValue, 0);
+  EXPECT_EQ(s.notes[1].left, 128);
 }
 
 TEST(Scrolling, SameValueChangesNothing) {
   Staff s;
-  s.preCord[0] = 2;
-  s.preCord[1] = 5;
-  SetMSBValue(s, 0);
-  EXPECT_EQ(s.preCord[0], 2);
-  EXPECT_EQ(s.preCord[1], 5);
+  s.selectedBar = 2;
+  s.copiedBar = 5;
+  ScrollTo(s, 0);
+  EXPECT_EQ(s.selectedBar, 2);
+  EXPECT_EQ(s.copiedBar, 5);
 }
 
 TEST(NoteChanged, CountsAsChangedFromTheFifthNote) {
   Staff s;
-  ChangeKestra(s, Repeat("C498", 4));
-  noteChangedCheck(s);
-  EXPECT_FALSE(s.noteChanged);
-  ChangeKestra(s, Repeat("C498", 5));
-  noteChangedCheck(s);
-  EXPECT_TRUE(s.noteChanged);
+  LoadKestraLine(s, Repeat("C498", 4));
+  UpdateChangedFlag(s);
+  EXPECT_FALSE(s.hasChanges);
+  LoadKestraLine(s, Repeat("C498", 5));
+  UpdateChangedFlag(s);
+  EXPECT_TRUE(s.hasChanges);
   SetTitle(s, "x");
-  s.noteChanged = false;
+  s.hasChanges = false;
   SetTitle(s, "x");
-  EXPECT_FALSE(s.noteChanged) << "setting the same text is no change";
+  EXPECT_FALSE(s.hasChanges) << "setting the same text is no change";
   SetComment(s, "y");
-  EXPECT_TRUE(s.noteChanged);
+  EXPECT_TRUE(s.hasChanges);
 }
 
 TEST(Grid, ClickPlaceAndColumnSnap) {
@@ -183,7 +183,7 @@ TEST(Grid, ClickPlaceAndColumnSnap) {
 
 TEST(Grid, ClashSearchWalksOnceAndClamps) {
   Staff s;
-  NoteCV a, b;
+  Note a, b;
   a.left = b.left = 200;
   b.top = 106;  // entered first
   a.top = 100;
@@ -197,7 +197,7 @@ TEST(Grid, ClashSearchWalksOnceAndClamps) {
   t.AddNote(b);
   EXPECT_EQ(ClashSearch(t, -1, 200, 100, false), 112);
   // The note itself is skipped, and the bottom row stays the bottom row.
-  NoteCV low;
+  Note low;
   low.left = 300;
   low.top = 162;
   t.AddNote(low);
@@ -211,33 +211,33 @@ TEST(Grid, ClashSearchWalksOnceAndClamps) {
 }
 
 TEST(Grid, BarMembershipAndDenseRemoval) {
-  EXPECT_TRUE(InViewBar(120, 0));
-  EXPECT_TRUE(InViewBar(263, 0));
-  EXPECT_FALSE(InViewBar(264, 0));
-  EXPECT_TRUE(InViewBar(264, 1));
-  EXPECT_TRUE(InViewBar(960, 5));
+  EXPECT_TRUE(InBar(120, 0));
+  EXPECT_TRUE(InBar(263, 0));
+  EXPECT_FALSE(InBar(264, 0));
+  EXPECT_TRUE(InBar(264, 1));
+  EXPECT_TRUE(InBar(960, 5));
   Staff s;
-  ChangeKestra(s, "C498 D498 E498");
+  LoadKestraLine(s, "C498 D498 E498");
   s.RemoveNote(2);
   ASSERT_EQ(s.NoteCount(), 2);
-  EXPECT_EQ(s.icv[2].note, "E498");
+  EXPECT_EQ(s.notes[2].token, "E498");
   s.RemoveNote(0);  // the template is never removed
   s.RemoveNote(7);
   EXPECT_EQ(s.NoteCount(), 2);
-  EXPECT_EQ(s.icv[0].left, 120);
+  EXPECT_EQ(s.notes[0].left, 120);
 }
 
 TEST(Paint, OnlyNotesInViewRebuildTheirTokens) {
   Staff s;
   std::string line = "0008";
   for (int i = 1; i < 30; ++i) line += " 0008";
-  ChangeKestra(s, line);
-  RepaintInView(s);
-  EXPECT_EQ(s.icv[1].note, "C408");
-  EXPECT_EQ(s.icv[24].note, "C408");   // Left 944, the last bar in view
-  EXPECT_EQ(s.icv[25].note, "0008");   // Left 992, out of view until scrolled to
-  SetMSBValue(s, 144);
-  RepaintInView(s);
-  EXPECT_EQ(s.icv[25].note, "C408");
-  EXPECT_EQ(s.icv[0].note, "C494") << "the hidden template is never painted";
+  LoadKestraLine(s, line);
+  RespellNotesInView(s);
+  EXPECT_EQ(s.notes[1].token, "C408");
+  EXPECT_EQ(s.notes[24].token, "C408");   // Left 944, the last bar in view
+  EXPECT_EQ(s.notes[25].token, "0008");   // Left 992, out of view until scrolled to
+  ScrollTo(s, 144);
+  RespellNotesInView(s);
+  EXPECT_EQ(s.notes[25].token, "C408");
+  EXPECT_EQ(s.notes[0].token, "C494") << "the hidden template is never painted";
 }

@@ -16,48 +16,48 @@ double CentsOfHz(double hz) { return (69 + 12 * std::log2(hz / 440.0)) * 100.0; 
 constexpr double kStepCents = 100.0 / 256.0;
 }  // namespace
 
-TEST(PureScale, KnownValuesOfCMajor) {
+TEST(TuneToKey, KnownValuesOfCMajor) {
   TuningTables t;
-  PureScale(t, 0);
+  TuneToKey(t, 0);
   EXPECT_EQ(t.p[60], 15400);  // C4 at 264 Hz
   EXPECT_EQ(t.p[69], 17664);  // A4 at exactly 440 Hz
   EXPECT_EQ(t.p[64], 16389);  // E4 at 330 Hz
   EXPECT_EQ(t.h[60], 264);
   EXPECT_EQ(t.h[69], 440);
   EXPECT_EQ(t.h[62], 297);
-  EXPECT_EQ(t.efr[0], "1");
-  EXPECT_EQ(t.efr[9], "5/3");
-  EXPECT_EQ(t.efs[9], "440");
-  EXPECT_EQ(t.efs[0], "264");
+  EXPECT_EQ(t.ratioTexts[0], "1");
+  EXPECT_EQ(t.ratioTexts[9], "5/3");
+  EXPECT_EQ(t.frequencyTexts[9], "440");
+  EXPECT_EQ(t.frequencyTexts[0], "264");
   EXPECT_EQ(t.keyName, "ハ長調(C)/イ短調(A)");
 }
 
-TEST(PureScale, RatiosAreCountedFromTheTonicOfEachKey) {
+TEST(TuneToKey, RatiosAreCountedFromTheTonicOfEachKey) {
   TuningTables t;
-  PureScale(t, 1);  // G major: C lies a fifth below the tonic
-  EXPECT_EQ(t.efr[7], "1");
-  EXPECT_EQ(t.efr[0], "2/3");
+  TuneToKey(t, 1);  // G major: C lies a fifth below the tonic
+  EXPECT_EQ(t.ratioTexts[7], "1");
+  EXPECT_EQ(t.ratioTexts[0], "2/3");
   EXPECT_NEAR(Cents(t.p[67]), CentsOfHz(391.1111111111111), kStepCents);
   EXPECT_EQ(t.keyName, "ト長調(G)/ホ短調(E)");
-  PureScale(t, 3);
+  TuneToKey(t, 3);
   EXPECT_EQ(t.p[69], 17664);
-  EXPECT_EQ(t.efr[9], "1");
-  PureScale(t, 2);
+  EXPECT_EQ(t.ratioTexts[9], "1");
+  TuneToKey(t, 2);
   EXPECT_EQ(t.h[62], 293);  // D is the tonic here, not the 9/8 of C
   EXPECT_EQ(t.h[69], 440);
-  PureScale(t, 14);
+  TuneToKey(t, 14);
   EXPECT_EQ(t.keyName, "変ハ長調(bC)/変イ短調(bA)");
 }
 
-TEST(PureScale, EveryKeyIsJustOverItsTonicAndKeepsANear440) {
+TEST(TuneToKey, EveryKeyIsJustOverItsTonicAndKeepsANear440) {
   const double ratios[12] = {1, 16.0 / 15, 9.0 / 8, 6.0 / 5, 5.0 / 4, 4.0 / 3, 45.0 / 32, 3.0 / 2, 8.0 / 5, 5.0 / 3, 9.0 / 5, 15.0 / 8};
   const int offsets[15] = {0, 7, 2, 9, 4, 11, 6, 1, 5, 10, 3, 8, 1, 6, 11};
-  for (int keyN = 0; keyN <= 14; ++keyN) {
-    SCOPED_TRACE(keyN);
+  for (int keySignature = 0; keySignature <= 14; ++keySignature) {
+    SCOPED_TRACE(keySignature);
     TuningTables t;
-    PureScale(t, keyN);
-    const int tonic = 60 + offsets[keyN];
-    EXPECT_EQ(t.efr[offsets[keyN]], "1");
+    TuneToKey(t, keySignature);
+    const int tonic = 60 + offsets[keySignature];
+    EXPECT_EQ(t.ratioTexts[offsets[keySignature]], "1");
     // Every degree stands at its pure interval above the tonic, in every octave.
     for (int octave = -3; octave <= 3; ++octave) {
       for (int k = 0; k < 12; ++k) {
@@ -73,35 +73,35 @@ TEST(PureScale, EveryKeyIsJustOverItsTonicAndKeepsANear440) {
   }
 }
 
-TEST(PureScale, KeysThatShareATonicShareTheirTables) {
+TEST(TuneToKey, KeysThatShareATonicShareTheirTables) {
   for (auto [a, b] : {std::pair{7, 12}, std::pair{6, 13}, std::pair{5, 14}}) {
     TuningTables ta, tb;
-    PureScale(ta, a);
-    PureScale(tb, b);
+    TuneToKey(ta, a);
+    TuneToKey(tb, b);
     EXPECT_EQ(ta.p, tb.p) << a << " and " << b;
-    EXPECT_EQ(ta.efr, tb.efr);
+    EXPECT_EQ(ta.ratioTexts, tb.ratioTexts);
     EXPECT_NE(ta.keyName, tb.keyName);
   }
 }
 
-TEST(PureScale, IndexesOutsideTheKeysOctavesKeepWhatTheyHeld) {
+TEST(TuneToKey, IndexesOutsideTheKeysOctavesKeepWhatTheyHeld) {
   TuningTables t;
-  PureScale(t, 11);  // offset 8 writes 8 to 127
+  TuneToKey(t, 11);  // offset 8 writes 8 to 127
   const long long written = t.p[127];
   EXPECT_GT(written, 0);
-  PureScale(t, 0);   // writes 0 to 119 only
+  TuneToKey(t, 0);   // writes 0 to 119 only
   EXPECT_EQ(t.p[127], written);
   EXPECT_EQ(t.p[140], 0);
 }
 
-TEST(PureScale, AKeyNoScoreCanHoldTunesAsCMajor) {
+TEST(TuneToKey, AKeyNoScoreCanHoldTunesAsCMajor) {
   TuningTables c;
-  PureScale(c, 0);
-  for (int keyN : {15, 99, -1, INT_MAX, INT_MIN}) {
+  TuneToKey(c, 0);
+  for (int keySignature : {15, 99, -1, INT_MAX, INT_MIN}) {
     TuningTables t;
-    PureScale(t, keyN);
-    EXPECT_EQ(t.p, c.p) << keyN;
-    EXPECT_EQ(t.efr, c.efr) << keyN;
-    EXPECT_EQ(t.keyName, c.keyName) << keyN;
+    TuneToKey(t, keySignature);
+    EXPECT_EQ(t.p, c.p) << keySignature;
+    EXPECT_EQ(t.ratioTexts, c.ratioTexts) << keySignature;
+    EXPECT_EQ(t.keyName, c.keyName) << keySignature;
   }
 }

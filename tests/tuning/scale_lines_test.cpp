@@ -4,7 +4,7 @@
 #include <climits>
 #include <set>
 
-#include "score/note_cv.h"
+#include "score/note.h"
 #include "score/staff.h"
 #include "score/text_fields.h"
 #include "tuning/scale_lines.h"
@@ -28,21 +28,21 @@ TEST(ScaleLines, EveryLineRisesAnOctaveAndFallsBackWithRests) {
     // Strictly rising to the top, strictly falling from it, every running note an eighth.
     int last = 0;
     for (std::size_t k = 0; k <= top; ++k) {
-      NoteCV n;
+      Note n;
       FillFromToken(n, tokens[k]);
-      EXPECT_GT(n.noteNo, last) << tokens[k];
-      last = n.noteNo;
+      EXPECT_GT(n.pitch, last) << tokens[k];
+      last = n.pitch;
       if (k < top) {
-        EXPECT_EQ(n.dr, "8");
+        EXPECT_EQ(n.durationDigit, "8");
       }
-      EXPECT_EQ(n.ve, "9");
+      EXPECT_EQ(n.velocityDigit, "9");
     }
     last = 1000;
     for (std::size_t k = top + 2; k + 1 < tokens.size(); ++k) {
-      NoteCV n;
+      Note n;
       FillFromToken(n, tokens[k]);
-      EXPECT_LT(n.noteNo, last) << tokens[k];
-      last = n.noteNo;
+      EXPECT_LT(n.pitch, last) << tokens[k];
+      last = n.pitch;
     }
   }
 }
@@ -74,8 +74,8 @@ TEST(ScaleLines, TitlesAndMenuSections) {
 
 TEST(ScaleLines, LoadOntoTheStaffAsEighthsEndingInARest) {
   Staff staff;
-  ChangeKestra(staff, kScaleLines[16].line);
+  LoadKestraLine(staff, kScaleLines[16].line);
   EXPECT_EQ(staff.NoteCount(), 20);
-  EXPECT_TRUE(staff.icv.back().IsRest());
-  EXPECT_EQ(staff.icv.back().backdrop, "r8");
+  EXPECT_TRUE(staff.notes.back().IsRest());
+  EXPECT_EQ(staff.notes.back().picture, "r8");
 }

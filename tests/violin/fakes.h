@@ -126,12 +126,12 @@ class FakeScoreList : public ScoreList {
     log_.push_back("select " + std::to_string(row));
   }
   void SetNotes() override {
-    log_.push_back("load " + std::to_string(selected) + (modes_.noteReading ? " reading" : ""));
-    staff_.icv.resize(1);
+    log_.push_back("load " + std::to_string(selected) + (modes_.loading ? " reading" : ""));
+    staff_.notes.resize(1);
     if (selected < 0 || selected >= Rows()) return;  // a wrong row loads an empty staff
-    for (const NoteCV& n : scores[selected]) staff_.AddNote(n);
+    for (const Note& n : scores[selected]) staff_.AddNote(n);
   }
-  std::vector<std::vector<NoteCV>> scores;
+  std::vector<std::vector<Note>> scores;
   int selected = 0;
 
  private:

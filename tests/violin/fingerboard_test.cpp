@@ -129,36 +129,36 @@ TEST_F(MouseFixture, APressSoundsShowsAndSpellsTheNote) {
 TEST_F(MouseFixture, PlaybackBlocksThePressButLoadingDoesNot) {
   for (Modes m : {Modes{false, true, false}, Modes{false, false, true}}) {
     modes = m;
-    staff.preNote[0] = 1000;
+    staff.entryLeft = 1000;
     EXPECT_FALSE(Down(215, 200).handled);
     EXPECT_TRUE(sound.log.empty());
     EXPECT_EQ(press, (FingerPress{-1, -1, -1}));
-    EXPECT_EQ(staff.preNote[0], 1000) << "no page turn while playing";
+    EXPECT_EQ(staff.entryLeft, 1000) << "no page turn while playing";
   }
   modes = Modes{true, false, false};
   EXPECT_TRUE(Down(215, 200).handled);
 }
 
 TEST_F(MouseFixture, AMissOfTheStringsStillTurnsThePage) {
-  staff.AddNote(NoteCV{});
-  staff.icv[1].left = 960;
-  staff.preNote[0] = 992;
+  staff.AddNote(Note{});
+  staff.notes[1].left = 960;
+  staff.entryLeft = 992;
   const MouseDownResult r = Down(215, 150);
   EXPECT_FALSE(r.handled);
   EXPECT_TRUE(sound.log.empty());
-  EXPECT_EQ(staff.preNote[0], 280);
-  EXPECT_EQ(staff.msbValue, 720);  // 840 cut to whole bars
-  EXPECT_EQ(staff.icv[1].left, 240);
+  EXPECT_EQ(staff.entryLeft, 280);
+  EXPECT_EQ(staff.scrollValue, 720);  // 840 cut to whole bars
+  EXPECT_EQ(staff.notes[1].left, 240);
 }
 
 TEST_F(MouseFixture, PageTurnsOnlyFrom984) {
   const std::pair<int, int> cases[] = {{983, 0}, {984, 720}};
   for (auto [preNote, msb] : cases) {
     staff = Staff{};
-    staff.preNote[0] = preNote;
+    staff.entryLeft = preNote;
     EXPECT_TRUE(Down(215, 200).handled);
-    EXPECT_EQ(staff.msbValue, msb) << preNote;
-    EXPECT_EQ(staff.preNote[0], msb ? 280 : preNote) << preNote;
+    EXPECT_EQ(staff.scrollValue, msb) << preNote;
+    EXPECT_EQ(staff.entryLeft, msb ? 280 : preNote) << preNote;
   }
 }
 

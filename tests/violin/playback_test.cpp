@@ -14,12 +14,12 @@ using namespace lirenza::testing;
 
 namespace {
 
-NoteCV Note(int left, int noteNo, const char* dr = "4", const char* ve = "9") {
-  NoteCV n;
+Note NoteAt(int left, int noteNo, const char* dr = "4", const char* ve = "9") {
+  Note n;
   n.left = left;
-  n.noteNo = noteNo;
-  n.dr = dr;
-  n.ve = ve;
+  n.pitch = noteNo;
+  n.durationDigit = dr;
+  n.velocityDigit = ve;
   return n;
 }
 
@@ -34,17 +34,17 @@ struct PlaybackFixture : ::testing::Test {
   TuningTables tuning = MarkedTuning();
   int handPosition = 0;
   double d = 1.0;
-  double soundingShare = 0.75;
+  double gate = 0.75;
   FakeClock clock;
   FakeStaffView view{sound.log};
   FakeScoreList list{sound.log, staff, modes};
-  PlaybackEnv env{staff, modes, tuning, handPosition, d, soundingShare, clock, sound.ports, view, list};
+  PlaybackEnv env{staff, modes, tuning, handPosition, d, gate, clock, sound.ports, view, list};
   PlaybackState state;
   double t0 = 0;
 
-  void Add(const NoteCV& n) {
+  void Add(const Note& n) {
     staff.AddNote(n);
-    staff.noteChanged = true;
+    staff.hasChanges = true;
   }
   bool Press(int index, PlayStyle style) {
     const bool acted = TransportMouseDown(state, index, style, env);
@@ -66,9 +66,9 @@ struct PlaybackFixture : ::testing::Test {
 
 // Three notes one after another: a crotchet, a quaver, a minim.
 void AddMelody(PlaybackFixture& f) {
-  f.Add(Note(136, 60, "4"));
-  f.Add(Note(168, 64, "8"));
-  f.Add(Note(200, 67, "2"));
+  f.Add(NoteAt(136, 60, "4"));
+  f.Add(NoteAt(168, 64, "8"));
+  f.Add(NoteAt(200, 67, "2"));
 }
 
 }  // namespace
@@ -88,7 +88,7 @@ TEST_F(PlaybackFixture, EveryEventSoundsAtItsDueTimeAndNotBefore) {
     EXPECT_EQ(sound.log, Log{line}) << time;
   }
   // The loop starts over from the last event's tick.
-  EXPECT_EQ(state.noteNo, 1);
+  EXPECT_EQ(state.cursor, 1);
   EXPECT_EQ(state.startT, t0 + 1920000);
 }
 
@@ -129,7 +129,7 @@ TEST_F(PlaybackFixture, ATempoChangeMovesTheEventsStillToCome) {
 
 TEST_F(PlaybackFixture, TheTempoAtStartCountsTwice) {
   // The list is built at the slider's factor and compared at it again.
-  Add(Note(136, 60));
+  Add(NoteAt(136, 60));
   d = 2.0;
   ASSERT_TRUE(Press(0, kLive));
   EXPECT_EQ(MicrosecondsUntilDue(state, env), 1920000);
@@ -138,9 +138,9 @@ TEST_F(PlaybackFixture, TheTempoAtStartCountsTwice) {
 }
 
 TEST_F(PlaybackFixture, AChordSoundsTogetherAndTheNextStepIsItsLastNote) {
-  Add(Note(136, 60, "4"));
-  Add(Note(136, 64, "8"));
-  Add(Note(168, 67, "4"));
+  Add(NoteAt(136, 60, "4"));
+  Add(NoteAt(136, 64, "8"));
+  Add(NoteAt(168, 67, "4"));
   ASSERT_TRUE(Press(0, kManualPlay));
   ASSERT_TRUE(state.Running(PlayTimer::LoopOnFingerboard));
   const std::pair<double, Log> due[] = {
@@ -155,8 +155,8 @@ TEST_F(PlaybackFixture, AChordSoundsTogetherAndTheNextStepIsItsLastNote) {
 }
 
 TEST_F(PlaybackFixture, ARestKeepsItsTimeSilently) {
-  Add(Note(136, 60, "4", "0"));
-  Add(Note(168, 62, "4", "F"));
+  Add(NoteAt(136, 60, "4", "0"));
+  Add(NoteAt(168, 62, "4", "F"));
   ASSERT_TRUE(Press(0, kLive));
   clock.now = t0 + 10e6;
   for (int k = 0; k < 4; ++k) PlaybackTick(state, PlayTimer::LoopSoundOnly, env);
@@ -168,12 +168,12 @@ TEST_F(PlaybackFixture, EveryNoteStartedIsEndedOnceThePieceIsOver) {
   const char* digits[] = {"0", "2", "4", "6", "8", "A", "C", "F"};
   const char* vels[] = {"0", "5", "9", "F"};
   for (int k = 0; k < 60; ++k)
-    Add(Note(136 + 8 * static_cast<int>(rng() % 100), 40 + static_cast<int>(rng() % 60), digits[rng() % 8],
+    Add(NoteAt(136 + 8 * static_cast<int>(rng() % 100), 40 + static_cast<int>(rng() % 60), digits[rng() % 8],
              vels[rng() % 4]));
   ASSERT_TRUE(Press(0, kManualPlay));
   clock.now = t0 + 1e12;
   for (int k = 0; k < 120; ++k) ASSERT_TRUE(PlaybackTick(state, PlayTimer::LoopOnFingerboard, env));
-  EXPECT_EQ(state.noteNo, 1) << "the whole piece was played";
+  EXPECT_EQ(state.cursor, 1) << "the whole piece was played";
   std::map<std::string, int> sounding;
   for (const std::string& line : sound.Of(1)) {
     const auto space = line.rfind(' ');
@@ -187,50 +187,50 @@ TEST_F(PlaybackFixture, EveryNoteStartedIsEndedOnceThePieceIsOver) {
 TEST_F(PlaybackFixture, LoopStartsOverUnscrolled) {
   AddMelody(*this);
   ASSERT_TRUE(Press(0, kManualPlay));
-  SetMSBValue(staff, 288);
+  ScrollTo(staff, 288);
   for (double t : {480000, 840000, 960000, 1140000, 1200000}) ASSERT_TRUE(TickAt(t, PlayTimer::LoopOnFingerboard));
-  EXPECT_EQ(staff.msbValue, 288);
+  EXPECT_EQ(staff.scrollValue, 288);
   ASSERT_TRUE(TickAt(1920000, PlayTimer::LoopOnFingerboard));
-  EXPECT_EQ(staff.msbValue, 0);
-  EXPECT_EQ(state.noteNo, 1);
-  EXPECT_TRUE(modes.playflag);
+  EXPECT_EQ(staff.scrollValue, 0);
+  EXPECT_EQ(state.cursor, 1);
+  EXPECT_TRUE(modes.playing);
   EXPECT_FALSE(TickAt(1920000 + 479999, PlayTimer::LoopOnFingerboard));
   EXPECT_EQ(TickLog(1920000 + 480000, PlayTimer::LoopOnFingerboard), (Log{"NP1 p(60) 75", "G 4/5"}));
 }
 
 TEST_F(PlaybackFixture, FollowingTheStaffMovesTheHighlightAndRepaints) {
-  Add(Note(136, 60));
-  Add(Note(168, 62));
+  Add(NoteAt(136, 60));
+  Add(NoteAt(168, 62));
   ASSERT_TRUE(Press(0, kManualEdit));
   ASSERT_TRUE(state.Running(PlayTimer::LoopFollowingStaff));
   EXPECT_EQ(TickLog(480000, PlayTimer::LoopFollowingStaff), (Log{"NP1 p(60) 75", "G 4/5", "refresh 0", "refresh 1", "refresh staff"}));
-  EXPECT_TRUE(staff.icv[1].nOnFlag);
+  EXPECT_TRUE(staff.notes[1].sounding);
   EXPECT_EQ(TickLog(840000, PlayTimer::LoopFollowingStaff), (Log{"NP1 p(60) 0", "GF 4/5", "refresh 1", "refresh staff"}));
-  EXPECT_FALSE(staff.icv[1].nOnFlag);
+  EXPECT_FALSE(staff.notes[1].sounding);
   EXPECT_EQ(TickLog(960000, PlayTimer::LoopFollowingStaff), (Log{"NP1 p(62) 75", "G 3/0", "refresh 1", "refresh 2", "refresh staff"}));
-  EXPECT_TRUE(staff.icv[2].nOnFlag);
+  EXPECT_TRUE(staff.notes[2].sounding);
   // The last event, then the end of the piece repaints its note and the staff.
   EXPECT_EQ(TickLog(1320000, PlayTimer::LoopFollowingStaff),
             (Log{"NP1 p(62) 0", "GF 3/0", "refresh 2", "refresh 2", "refresh staff"}));
-  EXPECT_FALSE(staff.icv[2].nOnFlag);
+  EXPECT_FALSE(staff.notes[2].sounding);
 }
 
 TEST_F(PlaybackFixture, FollowingPagesTheStaffWhenANoteIsPastTheView) {
-  Add(Note(976, 60));
-  Add(Note(984, 62));
+  Add(NoteAt(976, 60));
+  Add(NoteAt(984, 62));
   ASSERT_TRUE(Press(0, kManualEdit));
   // Time does not follow the distance in pixels: the first note starts a crotchet in,
   // however far right it stands.
   ASSERT_TRUE(TickAt(480000, PlayTimer::LoopFollowingStaff));
   ASSERT_TRUE(TickAt(840000, PlayTimer::LoopFollowingStaff));
-  EXPECT_EQ(staff.msbValue, 0) << "976 is still in view";
+  EXPECT_EQ(staff.scrollValue, 0) << "976 is still in view";
   ASSERT_TRUE(TickAt(960000, PlayTimer::LoopFollowingStaff));
-  EXPECT_EQ(staff.msbValue, 720) << "840 cut to whole bars";
-  EXPECT_EQ(staff.icv[2].left, 264);
-  EXPECT_EQ(staff.icv[1].left, 256);
+  EXPECT_EQ(staff.scrollValue, 720) << "840 cut to whole bars";
+  EXPECT_EQ(staff.notes[2].left, 264);
+  EXPECT_EQ(staff.notes[1].left, 256);
   ASSERT_TRUE(TickAt(1320000, PlayTimer::LoopFollowingStaff));
-  EXPECT_EQ(staff.msbValue, 0) << "the loop starts unscrolled";
-  EXPECT_EQ(staff.icv[2].left, 984);
+  EXPECT_EQ(staff.scrollValue, 0) << "the loop starts unscrolled";
+  EXPECT_EQ(staff.notes[2].left, 984);
 }
 
 // Play refuses an empty staff and a press while busy, and plays whatever notes the
@@ -253,18 +253,18 @@ TEST_F(PlaybackFixture, PlayDependsOnTheNotesNotOnTheChangedFlag) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     staff = Staff{};
-    for (int k = 0; k < c.notes; ++k) staff.AddNote(Note(136 + 32 * k, 60 + k));
-    staff.noteChanged = c.changed;
+    for (int k = 0; k < c.notes; ++k) staff.AddNote(NoteAt(136 + 32 * k, 60 + k));
+    staff.hasChanges = c.changed;
     modes = c.modes;
     state = PlaybackState{};
     sound.log.clear();
     EXPECT_EQ(Press(0, kManualPlay), c.plays);
     EXPECT_EQ(state.AnyRunning(), c.plays);
-    EXPECT_EQ(modes.playflag, c.modes.playflag || c.plays);
+    EXPECT_EQ(modes.playing, c.modes.playing || c.plays);
     EXPECT_EQ(state.listEnabled, !c.plays);
     EXPECT_EQ(state.buttonPicture[0], c.plays ? "PlayButtonB" : "PlayButton");
-    EXPECT_EQ(staff.noteChanged, c.changed) << "play leaves the changed flag alone";
-    if (c.plays) EXPECT_EQ(state.noteCount, 2 * c.notes) << "every note on and off is in the piece";
+    EXPECT_EQ(staff.hasChanges, c.changed) << "play leaves the changed flag alone";
+    if (c.plays) EXPECT_EQ(state.lastEvent, 2 * c.notes) << "every note on and off is in the piece";
     else EXPECT_TRUE(sound.log.empty());
   }
 }
@@ -274,19 +274,19 @@ TEST_F(PlaybackFixture, PlayTakesTheTimerOfTheStyle) {
       {kLive, PlayTimer::LoopSoundOnly}, {kManualPlay, PlayTimer::LoopOnFingerboard}, {kManualEdit, PlayTimer::LoopFollowingStaff}};
   for (auto [style, timer] : cases) {
     staff = Staff{};
-    Add(Note(136, 60));
-    SetMSBValue(staff, 432);
+    Add(NoteAt(136, 60));
+    ScrollTo(staff, 432);
     modes = {};
     state = PlaybackState{};
     ASSERT_TRUE(Press(0, style));
     for (int k = 0; k < kPlayTimers; ++k)
       EXPECT_EQ(state.running[k], k == static_cast<int>(timer)) << "timer " << k;
-    EXPECT_TRUE(modes.playflag);
+    EXPECT_TRUE(modes.playing);
     EXPECT_FALSE(state.listEnabled);
     EXPECT_TRUE(state.playingLabel);
     EXPECT_EQ(state.buttonPicture[0], "PlayButtonB");
-    EXPECT_EQ(staff.msbValue, 0);
-    EXPECT_EQ(state.noteCount, 2);
+    EXPECT_EQ(staff.scrollValue, 0);
+    EXPECT_EQ(state.lastEvent, 2);
     EXPECT_EQ(MicrosecondsUntilDue(state, env), 480000);
   }
   EXPECT_EQ(TimerFor(true, kLive), PlayTimer::ListSoundOnly);
@@ -298,13 +298,13 @@ TEST_F(PlaybackFixture, StopSilencesTheScorePlayerAndClearsTheHighlight) {
   AddMelody(*this);
   ASSERT_TRUE(Press(0, kManualEdit));
   ASSERT_TRUE(TickAt(480000, PlayTimer::LoopFollowingStaff));
-  SetMSBValue(staff, 144);
+  ScrollTo(staff, 144);
   sound.log.clear();
   EXPECT_TRUE(Press(1, kManualEdit));
-  EXPECT_FALSE(modes.playflag);
+  EXPECT_FALSE(modes.playing);
   EXPECT_FALSE(state.AnyRunning());
-  EXPECT_FALSE(staff.icv[1].nOnFlag);
-  EXPECT_EQ(staff.msbValue, 0);
+  EXPECT_FALSE(staff.notes[1].sounding);
+  EXPECT_EQ(staff.scrollValue, 0);
   EXPECT_TRUE(state.listEnabled);
   EXPECT_FALSE(state.playingLabel);
   EXPECT_EQ(state.buttonPicture[0], "PlayButton");
@@ -322,15 +322,15 @@ TEST_F(PlaybackFixture, StopSilencesTheScorePlayerAndClearsTheHighlight) {
 TEST_F(PlaybackFixture, StopWhileIdleStillSweeps) {
   EXPECT_TRUE(Press(1, kLive));
   EXPECT_EQ(sound.Of(1).size(), 88u);
-  EXPECT_FALSE(modes.playflag || modes.repeatflag);
+  EXPECT_FALSE(modes.playing || modes.listPlaying);
 }
 
 TEST_F(PlaybackFixture, ListPlaysEveryRowInTurnAndWraps) {
-  list.scores = {{Note(136, 60)}, {Note(136, 62)}, {Note(136, 64)}};
+  list.scores = {{NoteAt(136, 60)}, {NoteAt(136, 62)}, {NoteAt(136, 64)}};
   list.selected = 1;
   ASSERT_TRUE(Press(2, kLive));
-  EXPECT_TRUE(modes.repeatflag);
-  EXPECT_FALSE(modes.noteReading);
+  EXPECT_TRUE(modes.listPlaying);
+  EXPECT_FALSE(modes.loading);
   EXPECT_TRUE(state.Running(PlayTimer::ListSoundOnly));
   EXPECT_EQ(state.buttonPicture[2], "RepeatButtonB");
   EXPECT_TRUE(state.playingLabel);
@@ -344,31 +344,31 @@ TEST_F(PlaybackFixture, ListPlaysEveryRowInTurnAndWraps) {
   EXPECT_EQ(sound.log, (Log{"NP1 p(62) 75", "NP1 p(62) 0", "select 2", "load 2 reading",  //
                             "NP1 p(64) 75", "NP1 p(64) 0", "select 0", "load 0 reading",  //
                             "NP1 p(60) 75", "NP1 p(60) 0", "select 1", "load 1 reading"}));
-  EXPECT_FALSE(modes.noteReading);
+  EXPECT_FALSE(modes.loading);
   EXPECT_TRUE(state.playingLabel);
   EXPECT_EQ(state.startT, clock.now);
 }
 
 TEST_F(PlaybackFixture, QuietListFollowingLoadsWithoutReadingAndKeepsOldHighlights) {
-  list.scores = {{Note(136, 60), Note(168, 62)}, {Note(136, 64)}};
+  list.scores = {{NoteAt(136, 60), NoteAt(168, 62)}, {NoteAt(136, 64)}};
   ASSERT_TRUE(Press(2, kManualEdit));
   ASSERT_TRUE(state.Running(PlayTimer::ListFollowingStaff));
   EXPECT_EQ(TickLog(480000, PlayTimer::ListFollowingStaff), (Log{"NP1 p(60) 75", "G 4/5", "refresh 1"}));
   // The first note's end is not repainted: its highlight stays on screen.
   EXPECT_EQ(TickLog(840000, PlayTimer::ListFollowingStaff), (Log{"NP1 p(60) 0", "GF 4/5"}));
-  EXPECT_FALSE(staff.icv[1].nOnFlag);
+  EXPECT_FALSE(staff.notes[1].sounding);
   TickAt(960000, PlayTimer::ListFollowingStaff);
   EXPECT_EQ(TickLog(1320000, PlayTimer::ListFollowingStaff), (Log{"NP1 p(62) 0", "GF 3/0", "select 1", "load 1"}));
 }
 
 TEST_F(PlaybackFixture, ListNeedsTwoRowsAndOnlyOneListAtATime) {
-  list.scores = {{Note(136, 60)}};
+  list.scores = {{NoteAt(136, 60)}};
   EXPECT_FALSE(Press(2, kLive));
   list.scores.clear();
   EXPECT_FALSE(Press(2, kLive));
-  EXPECT_FALSE(modes.repeatflag);
-  list.scores = {{Note(136, 60)}, {Note(136, 62)}};
-  modes.repeatflag = true;
+  EXPECT_FALSE(modes.listPlaying);
+  list.scores = {{NoteAt(136, 60)}, {NoteAt(136, 62)}};
+  modes.listPlaying = true;
   EXPECT_FALSE(Press(2, kLive));
   modes = Modes{true, false, false};
   EXPECT_FALSE(Press(2, kLive));
@@ -378,19 +378,19 @@ TEST_F(PlaybackFixture, ListNeedsTwoRowsAndOnlyOneListAtATime) {
 }
 
 TEST_F(PlaybackFixture, PlayAndListTogetherStopOneAtATime) {
-  list.scores = {{Note(136, 60)}, {Note(136, 62)}};
-  Add(Note(136, 67));
+  list.scores = {{NoteAt(136, 60)}, {NoteAt(136, 62)}};
+  Add(NoteAt(136, 67));
   ASSERT_TRUE(Press(0, kManualPlay));
   ASSERT_TRUE(Press(2, kManualPlay));
   EXPECT_TRUE(state.Running(PlayTimer::LoopOnFingerboard));
   EXPECT_TRUE(state.Running(PlayTimer::ListOnFingerboard));
   ASSERT_TRUE(Press(1, kManualPlay));
-  EXPECT_FALSE(modes.playflag);
-  EXPECT_TRUE(modes.repeatflag);
+  EXPECT_FALSE(modes.playing);
+  EXPECT_TRUE(modes.listPlaying);
   EXPECT_FALSE(state.Running(PlayTimer::LoopOnFingerboard));
   EXPECT_TRUE(state.Running(PlayTimer::ListOnFingerboard));
   ASSERT_TRUE(Press(1, kManualPlay));
-  EXPECT_FALSE(modes.repeatflag);
+  EXPECT_FALSE(modes.listPlaying);
   EXPECT_FALSE(state.AnyRunning());
   EXPECT_EQ(state.buttonPicture[1], "StopButtonB");
   EXPECT_EQ(state.buttonPicture[2], "RepeatButton");
@@ -405,23 +405,23 @@ TEST_F(PlaybackFixture, ANoteRemovedDuringPlaybackStopsTheTimersWithoutACrash) {
   ASSERT_TRUE(TickAt(840000, PlayTimer::LoopFollowingStaff));
   EXPECT_FALSE(TickAt(960000, PlayTimer::LoopFollowingStaff));
   EXPECT_FALSE(state.AnyRunning());
-  EXPECT_TRUE(modes.playflag) << "the flags stay for Stop to clear";
+  EXPECT_TRUE(modes.playing) << "the flags stay for Stop to clear";
   // Stop meets the missing note at the cursor, passes over its highlight and still
   // silences everything: no note may be left hanging.
   sound.log.clear();
   EXPECT_TRUE(Press(1, kManualEdit));
-  EXPECT_FALSE(modes.playflag);
+  EXPECT_FALSE(modes.playing);
   EXPECT_EQ(sound.Of(1).size(), 88u);
 }
 
 TEST_F(PlaybackFixture, AnEmptyScoreInTheListIsPassedOver) {
-  list.scores = {{}, {Note(136, 62)}};
+  list.scores = {{}, {NoteAt(136, 62)}};
   ASSERT_TRUE(Press(2, kLive));
-  EXPECT_EQ(state.noteCount, 0);
+  EXPECT_EQ(state.lastEvent, 0);
   EXPECT_EQ(MicrosecondsUntilDue(state, env), 0);
   EXPECT_FALSE(PlaybackTick(state, PlayTimer::ListSoundOnly, env));
   EXPECT_EQ(list.selected, 1);
-  EXPECT_EQ(state.noteCount, 2);
+  EXPECT_EQ(state.lastEvent, 2);
 }
 
 TEST_F(PlaybackFixture, ATimerThatIsNotRunningDoesNothing) {
@@ -430,7 +430,7 @@ TEST_F(PlaybackFixture, ATimerThatIsNotRunningDoesNothing) {
   sound.log.clear();
   EXPECT_FALSE(TickAt(10e6, PlayTimer::LoopOnFingerboard));
   EXPECT_TRUE(sound.log.empty());
-  EXPECT_EQ(state.noteNo, 1);
+  EXPECT_EQ(state.cursor, 1);
 }
 
 // Entering a button shows it pressed and the mouse-up releases it; leaving releases
@@ -446,7 +446,7 @@ TEST(TransportPictures, EnterPressesExitReleasesUnlessRunning) {
       TransportMouseEnter(state, index);
       EXPECT_EQ(state.buttonPicture[index], pictures.down);
       TransportMouseExit(state, index, modes);
-      const bool held = (index == 0 && modes.playflag) || (index == 2 && modes.repeatflag);
+      const bool held = (index == 0 && modes.playing) || (index == 2 && modes.listPlaying);
       EXPECT_EQ(state.buttonPicture[index], held ? pictures.down : pictures.up);
       TransportMouseEnter(state, index);
       TransportMouseUp(state, index);

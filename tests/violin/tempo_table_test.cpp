@@ -29,7 +29,7 @@ TEST(TempoTable, EveryRowIsAWholeTempoAndTheRowsMoveTogether) {
     EXPECT_EQ(bpm % 10, 0) << "tempos go in steps of ten beats";
     if (v == 0) continue;
     const TempoRow before = TempoForSlider(v - 1);
-    EXPECT_LT(t.d, before.d) << "playback gets faster";
+    EXPECT_LT(t.tempoFactor, before.tempoFactor) << "playback gets faster";
     EXPECT_GT(t.number, before.number) << "the shown number goes up";
   }
   // The terms from slowest to fastest, each over a run of the slider.
@@ -48,13 +48,13 @@ TEST(TempoTable, TheFileTempoAndTheShownNumberDisagree) {
   // The middle writes 120 beats a minute to a file while the window shows 110.
   EXPECT_EQ(micros(kTempoSliderStart), 500000);
   EXPECT_EQ(TempoForSlider(kTempoSliderStart).number, 110);
-  EXPECT_DOUBLE_EQ(TempoForSlider(kTempoSliderStart).d, 1.0);
+  EXPECT_DOUBLE_EQ(TempoForSlider(kTempoSliderStart).tempoFactor, 1.0);
   // Faster at every step, except the last, which is slower in the file than the one
   // before it though playback and the number go on faster.
   for (int v = 1; v < kTempoSliderMax; ++v) EXPECT_LT(micros(v), micros(v - 1)) << v;
   EXPECT_EQ(micros(15), 285714);
   EXPECT_EQ(micros(14), 214285);
-  EXPECT_LT(TempoForSlider(15).d, TempoForSlider(14).d);
+  EXPECT_LT(TempoForSlider(15).tempoFactor, TempoForSlider(14).tempoFactor);
 }
 
 TEST(TempoTable, ValuesOffTheSliderAreHeldAtItsEnds) {
