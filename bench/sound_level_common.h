@@ -35,7 +35,7 @@ inline LevelRender RenderLevel(const std::string& line, int instrument, const Sy
   job.events = BuildEventList(staff.notes, job.tempoFactor, 0.95);
   TuningTables t;
   TuneToKey(t, staff.keySignature);
-  job.pitches = t.p;
+  job.pitches = t.pitches;
   job.limitPeaks = limit;
   synth.SelectInstrument(job.channel, instrument);
   const RenderResult r = RenderEvents(synth, job, [](const float*, int) { return true; });

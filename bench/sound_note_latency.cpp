@@ -93,8 +93,8 @@ int main(int argc, char** argv) {
   // without spinning a core.
   SoundSystem sound({}, {}, [](const std::string&) {});
   const SoundStatus& status = sound.WaitReady();
-  sound.NP(1).Instrument(kViolinNumber);
-  sound.NP(1).PlayNote(69 * 256, 100);
+  sound.Player(1).Instrument(kViolinNumber);
+  sound.Player(1).PlayNote(69 * 256, 100);
   const std::clock_t cpu0 = std::clock();
   const double wall = Seconds([&] { std::this_thread::sleep_for(std::chrono::milliseconds(shortRun ? 500 : 3000)); });
   const double cpu = 100.0 * (std::clock() - cpu0) / CLOCKS_PER_SEC / wall;

@@ -39,7 +39,7 @@ double RenderToWav(const Staff& staff, const std::vector<std::string>& fonts, co
   job.events = BuildEventList(staff.notes, job.tempoFactor, 0.95);
   TuningTables t;
   TuneToKey(t, staff.keySignature);
-  job.pitches = t.p;
+  job.pitches = t.pitches;
   synth.SelectInstrument(job.channel, kViolin);
   SoundFileWriter writer;
   if (!writer.Open(out, SoundFileType::Wav, 44100, &error)) return 0;

@@ -96,7 +96,7 @@ void RenderOne(const Args& args, const std::string& in, const std::string& out, 
   job.tempoFactor = d;
   TuningTables tables;
   TuneToKey(tables, staff.keySignature);
-  job.pitches = tables.p;
+  job.pitches = tables.pitches;
   synth.SelectInstrument(job.channel, score.inst);
 
   SoundFileWriter writer;

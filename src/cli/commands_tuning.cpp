@@ -34,9 +34,9 @@ int RunTuning(const Argv& argv) {
     std::cout << ",\"frequencies\":";
     JsonArray(t.frequencyTexts, true);
     std::cout << ",\"p\":";
-    JsonArray(t.p, false);
+    JsonArray(t.pitches, false);
     std::cout << ",\"h\":";
-    JsonArray(t.h, false);
+    JsonArray(t.wholeHertz, false);
     std::cout << "}\n";
     return 0;
   }
@@ -45,7 +45,7 @@ int RunTuning(const Argv& argv) {
   for (int j = 0; j < 12; ++j) std::cout << kClasses[j] << '\t' << t.ratioTexts[j] << '\t' << t.frequencyTexts[j] << '\n';
   std::cout << "\nindex\tp\th\tsemitones\n";
   for (int i = 0; i < kPitchTableSize; ++i)
-    std::cout << i << '\t' << t.p[i] << '\t' << t.h[i] << '\t' << static_cast<double>(t.p[i]) / 256.0 << '\n';
+    std::cout << i << '\t' << t.pitches[i] << '\t' << t.wholeHertz[i] << '\t' << static_cast<double>(t.pitches[i]) / 256.0 << '\n';
   return 0;
 }
 

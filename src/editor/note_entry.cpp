@@ -26,14 +26,14 @@ std::string VelocityDigitFor(int loudnessButton) { return Field(kEntryVelocityDi
 namespace {
 
 // The rest branch shared by both roads: its row, its clash search, its digits.
-Note& AddRest(Staff& staff, const EntryState& entry, int left, int top, int nline) {
+Note& AddRest(Staff& staff, const EntryState& entry, int left, int top, int linePitch) {
   Note n;
   n.left = SnapColumn(left, 960);
   n.top = ClashSearch(staff, -1, n.left, RestRow(top), true);
   n.durationDigit = Hex(entry.lengthButton - 16);
   n.velocityDigit.assign(1, '0');  // (assigning a literal here trips a false GCC 12 warning)
   n.pitch = 0;
-  n.linePitch = nline;
+  n.linePitch = linePitch;
   n.picture = NotePictureName('r', n.durationDigit);
   n.token = PitchName(0, n.accidental) + "0" + n.durationDigit;
   return staff.AddNote(n);

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "score/staff.h"
-#include "violin/ports.h"
+#include "ports/ports.h"
 
 namespace lirenza {
 

@@ -45,9 +45,8 @@ void NoteMouseDrag(Staff& staff, int index, long long ticks, int x, int y, const
   Note& n = staff.notes[index];
   n.left += x - n.pressX;
   n.top += y - n.pressY;
-  if (ticks - n.lastPressTicks > kDoubleClickTicks && n.left == staff.entryLeft && n.top == staff.entryTop &&
-      ports.players[1] && n.pitch >= 0 && n.pitch < kPitchTableSize)
-    ports.players[1]->PlayNote(static_cast<int>(tuning.p[n.pitch]), 0);
+  if (ticks - n.lastPressTicks > kDoubleClickTicks && n.left == staff.entryLeft && n.top == staff.entryTop)
+    PlayIndex(ports, kScorePlayer, tuning, n.pitch, 0);
 }
 
 void NoteMouseUp(Staff& staff, int index, const SoundPorts& ports, const TuningTables& tuning) {
@@ -63,8 +62,7 @@ void NoteMouseUp(Staff& staff, int index, const SoundPorts& ports, const TuningT
   }
   n.top = ClashSearch(staff, index, n.left, n.top, false);
   SetNoteFamily(n, EntryFamily(n.top));
-  if (ports.players[1] && n.pitch >= 0 && n.pitch < kPitchTableSize)
-    ports.players[1]->PlayNote(static_cast<int>(tuning.p[n.pitch]), 0);
+  PlayIndex(ports, kScorePlayer, tuning, n.pitch, 0);
   n.linePitch = StaffLinePitch(n.top);
   n.keyShift = KeySignatureShift(staff.keySignature, n.linePitch);
   n.accidental = SfOfSign(n.accidentalSign, n.keyShift, n.accidental);

@@ -5,7 +5,7 @@
 #include "score/note_tables.h"
 #include "score/staff.h"
 #include "tuning/pure_scale.h"
-#include "violin/ports.h"
+#include "ports/ports.h"
 
 namespace lirenza {
 

@@ -1,3 +1,4 @@
+#include "violin/key_push.h"
 #include "editor/note_menu.h"
 
 #include <array>
@@ -36,8 +37,7 @@ std::string NoteMenuCaption(NoteMenuChoice choice) {
 }
 
 std::vector<NoteMenu> OpenNoteMenu(const Note& note, const SoundPorts& ports, const TuningTables& tuning) {
-  if (ports.players[1] && note.pitch >= 0 && note.pitch < kPitchTableSize)
-    ports.players[1]->PlayNote(static_cast<int>(tuning.p[note.pitch]), 0);
+  PlayIndex(ports, kScorePlayer, tuning, note.pitch, 0);
   NoteMenu volume{"音量の変更", {}}, length{"音長の変更", {}}, accidental{"臨時符号", {}};
   auto item = [](Kind kind, int value, bool checked) {
     const NoteMenuChoice choice{kind, value};

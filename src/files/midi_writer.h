@@ -13,7 +13,7 @@ namespace lirenza {
 
 struct MidiEvent {
   long long time = 0;  // ticks from the first note event
-  int pitch = 0;       // the note's noteNo, 0 to 127
+  int pitch = 0;       // the note's pitch, 0 to 127
   int velocity = 0;
 };
 

@@ -1,7 +1,7 @@
 #pragma once
 // A note player of the program on one channel of the shared synthesizer.
 #include "platform/synth.h"
-#include "violin/note_player.h"
+#include "ports/note_player.h"
 
 namespace lirenza {
 

@@ -16,7 +16,6 @@ namespace lirenza {
 
 // FluidSynth starts a note on the boundary of its 64-frame blocks.
 inline constexpr int kSynthBlock = 64;
-inline constexpr int kScorePlayer = 1;  // the player that plays the score in the window
 
 struct RenderJob {
   std::vector<PlayEvent> events;  // element 0 is the blank

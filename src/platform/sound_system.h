@@ -35,7 +35,7 @@ class SoundSystem {
                        std::function<void(const std::string&)> report = {});
   ~SoundSystem();
 
-  NotePlayer& NP(int index) { return *players_.at(index); }
+  NotePlayer& Player(int index) { return *players_.at(index); }
   Synth& synth() { return synth_; }
 
   bool Ready() const;

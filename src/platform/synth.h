@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "platform/sound_level.h"
-#include "violin/note_player.h"
+#include "ports/note_player.h"
 
 typedef struct _fluid_hashtable_t fluid_settings_t;
 typedef struct _fluid_synth_t fluid_synth_t;

@@ -130,9 +130,9 @@ int KestraTopOfPitch(int pitch) {
   return static_cast<int>(std::clamp<long long>(top, INT_MIN, INT_MAX));
 }
 
-int KeySignatureShift(int keySignature, int nline) {
+int KeySignatureShift(int keySignature, int linePitch) {
   if (keySignature < 1 || keySignature > 14) return 0;
-  int pc = ((nline % 12) + 12) % 12;
+  int pc = ((linePitch % 12) + 12) % 12;
   for (const auto& f : SplitFields(kKeySignatureClasses[keySignature], ","))
     if (IntVal(f) == pc) return keySignature <= 7 ? 1 : -1;
   return 0;

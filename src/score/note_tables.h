@@ -39,8 +39,8 @@ int EntryTopOfPitch(int pitch);
 int KestraTopOfPitch(int pitch);
 // Natural pitch under a Top, by the staff line table: field (Top - 33) / 3.
 int StaffLinePitch(int top);
-// Semitone effect of key signature keySignature (0 to 14) on the natural line nline.
-int KeySignatureShift(int keySignature, int nline);
+// Semitone effect of key signature (0 to 14) on the natural line linePitch.
+int KeySignatureShift(int keySignature, int linePitch);
 
 // Which picture family a sounding note wears. The thresholds differ by route
 // because each route was tuned to its own placement of the head.
@@ -55,7 +55,7 @@ NoteFamily TransposeFamily(int top);  // key change and octave moves
 std::string NotePictureName(char family, std::string_view digit);
 std::string NotePictureName(NoteFamily family, std::string_view digit);
 
-// The key signature and time signature pictures of KCV and TCV; empty outside the
+// The key signature and time signature pictures beside the staff; empty outside the
 // tables, where the picture is left as it was.
 std::string KeySignaturePicture(int keySignature);
 std::string TimeSignaturePicture(int timeSignature);

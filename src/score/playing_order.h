@@ -2,7 +2,7 @@
 // Time order of the notes, shared by playback and the MIDI writer. Time follows Left;
 // notes of one column stand by rising duration digit (longest first), each judged
 // against the one neighbour it meets, so a chord entered in another order can sort
-// differently: that is how scores have always played, and files rely on it.
+// differently; saved scores are heard by this rule, so it stays.
 #include <algorithm>
 #include <vector>
 

@@ -49,13 +49,13 @@ void TuneToKey(TuningTables& t, int keySignature) {
     for (int k = 0; k < 12; ++k) {
       const int n = 12 * i + k + tonic.offset;
       const double f = t.scale[k] * std::pow(2.0, i - 5);
-      t.h[n] = static_cast<long long>(f);
-      t.p[n] = static_cast<long long>((std::log(f / 440.0) / semitone + 69) * 256);
+      t.wholeHertz[n] = static_cast<long long>(f);
+      t.pitches[n] = static_cast<long long>((std::log(f / 440.0) / semitone + 69) * 256);
     }
   }
   for (int j = 0; j < 12; ++j) {
     t.ratioTexts[j] = Field(t.ratioList, j - tonic.offset + 12);
-    t.frequencyTexts[j] = std::to_string(t.h[j + 60]);
+    t.frequencyTexts[j] = std::to_string(t.wholeHertz[j + 60]);
   }
   t.keyName = Field(kKeyNames, keySignature + 1);
 }

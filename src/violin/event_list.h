@@ -11,7 +11,7 @@ namespace lirenza {
 struct PlayEvent {
   int place = 0;      // index of the note in the staff that made the event
   double time = 0;    // microseconds from the start of the piece, at the tempo factor
-  int pitch = 0;      // pitch index: the note's noteNo
+  int pitch = 0;      // pitch index: the note's pitch
   int velocity = 0;   // 0 ends the note
 };
 

@@ -1,3 +1,4 @@
+#include "violin/key_push.h"
 #include "violin/fingerboard.h"
 
 #include <charconv>
@@ -75,7 +76,7 @@ MouseDownResult FingerboardMouseDown(int x, int y, const Modifiers& mods, const 
   if (row == 0) return {};
   const int cell = CellOfX(x);
   const int index = FingerboardPitch(row, cell);
-  if (ports.players[0]) ports.players[0]->PlayNote(static_cast<int>(tuning.p[index]), kMouseVelocity);
+  PlayIndex(ports, kLivePlayer, tuning, index, kMouseVelocity);
   if (ports.view) ports.view->ShowFinger(row, cell);
   press = {index, row, cell};
   const Spelling s = SpellForScore(index, mods.option);
@@ -84,8 +85,7 @@ MouseDownResult FingerboardMouseDown(int x, int y, const Modifiers& mods, const 
 
 void FingerboardMouseUp(const FingerPress& press, const TuningTables& tuning, const SoundPorts& ports) {
   const int index = press[0];
-  if (ports.players[0] && index >= 0 && index < kPitchTableSize)
-    ports.players[0]->PlayNote(static_cast<int>(tuning.p[index]), 0);
+  PlayIndex(ports, kLivePlayer, tuning, index, 0);
   if (ports.view) ports.view->HideFinger(press[1], press[2]);
 }
 

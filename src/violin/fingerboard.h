@@ -7,7 +7,7 @@
 
 #include "score/staff.h"
 #include "tuning/pure_scale.h"
-#include "violin/ports.h"
+#include "ports/ports.h"
 
 namespace lirenza {
 

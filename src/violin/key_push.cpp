@@ -20,9 +20,13 @@ StringCell PositionOf(int index, int handPosition) {
   return {string, index - FingerboardPitch(string, 0)};
 }
 
+void PlayIndex(const SoundPorts& ports, int player, const TuningTables& tuning, int index, int velocity) {
+  if (player < 0 || player >= kNotePlayers || !ports.players[player] || index < 0 || index >= kPitchTableSize) return;
+  ports.players[player]->PlayNote(static_cast<int>(tuning.pitches[index]), velocity);
+}
+
 void PlayAndShow(const SoundPorts& ports, const TuningTables& tuning, int handPosition, int index, int velocity) {
-  if (ports.players[1] && index >= 0 && index < kPitchTableSize)
-    ports.players[1]->PlayNote(static_cast<int>(tuning.p[index]), velocity);
+  PlayIndex(ports, kScorePlayer, tuning, index, velocity);
   const StringCell sc = PositionOf(index, handPosition);
   if (sc.string == 0 || !ports.view) return;
   if (velocity != 0) ports.view->ShowFinger(sc.string, sc.cell);

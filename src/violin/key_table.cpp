@@ -53,7 +53,7 @@ bool PollingPass(const KeyState& keys, KeyFlags& flag, int position, const Tunin
       if (down) ports.view->ShowFinger(sc.string, sc.cell);
       else ports.view->HideFinger(sc.string, sc.cell);
     }
-    if (ports.players[0]) ports.players[0]->PlayNote(static_cast<int>(tuning.p[row.pIndex]), down ? kKeyVelocity : 0);
+    PlayIndex(ports, kLivePlayer, tuning, row.pIndex, down ? kKeyVelocity : 0);
     pressed = down;
     return true;
   }
@@ -73,7 +73,7 @@ void ChooseKeyboardMode(PositionState& state, int modeButton) { state.timerMode[
 void PanicSweep(const TuningTables& tuning, const SoundPorts& ports) {
   for (int i = 1; i <= 127; ++i)
     for (NotePlayer* player : ports.players)
-      if (player) player->PlayNote(static_cast<int>(tuning.p[i]), 0);
+      if (player) player->PlayNote(static_cast<int>(tuning.pitches[i]), 0);
   if (ports.view) ports.view->ShowCleanViolin();
 }
 

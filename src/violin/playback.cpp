@@ -26,8 +26,7 @@ void StopOnMissingNote(PlaybackState& state) {
 }
 
 void SoundOnly(const PlayEvent& e, const PlaybackEnv& env) {
-  if (env.sound.players[1] && e.pitch >= 0 && e.pitch < kPitchTableSize)
-    env.sound.players[1]->PlayNote(static_cast<int>(env.tuning.p[e.pitch]), e.velocity);
+  PlayIndex(env.sound, kScorePlayer, env.tuning, e.pitch, e.velocity);
 }
 
 // Follows the score on the staff: pages the view when the note is off its right end,

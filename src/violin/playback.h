@@ -11,7 +11,7 @@
 #include "score/staff.h"
 #include "tuning/pure_scale.h"
 #include "violin/event_list.h"
-#include "violin/ports.h"
+#include "ports/ports.h"
 
 namespace lirenza {
 

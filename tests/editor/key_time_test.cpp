@@ -51,7 +51,7 @@ TEST(KeyMenu, CToGAndBackMovesLinesAndRetunes) {
   EXPECT_EQ(s.notes[2].token, "F498");
   EXPECT_EQ(s.notes[3].token, "B498");
   for (int i = 1; i <= 3; ++i) EXPECT_EQ(s.notes[i].keyShift, 0);
-  EXPECT_EQ(tuning.p[60], 15400);
+  EXPECT_EQ(tuning.pitches[60], 15400);
 }
 
 TEST(KeyMenu, StepsBetweenKeysAndOctaves) {
@@ -74,7 +74,7 @@ TEST(KeyMenu, StepsBetweenKeysAndOctaves) {
     const int before = s.notes[1].top;
     ASSERT_TRUE(ChooseKey(s, tuning, Modes{}, c.item));
     EXPECT_EQ(s.notes[1].top - before, c.topDelta);
-    EXPECT_GT(tuning.p[69], 0) << "retuned after every choice";
+    EXPECT_GT(tuning.pitches[69], 0) << "retuned after every choice";
   }
 }
 

@@ -123,10 +123,10 @@ TEST(NoteHover, HoverDragAndDropLeaveNothingSounding) {
   // Hover, long press without moving (the sound stops), drag, drop, leave.
   NoteMouseEnter(s, 1, rig.ports, tuning, 0);
   ASSERT_EQ(np1.notes.size(), 1u);
-  EXPECT_EQ(np1.notes[0], std::make_pair(static_cast<int>(tuning.p[60]), 75));
+  EXPECT_EQ(np1.notes[0], std::make_pair(static_cast<int>(tuning.pitches[60]), 75));
   NoteMouseDown(s, 1, 1000, false, 5, 18);
   NoteMouseDrag(s, 1, 1040, 5, 18, rig.ports, tuning);
-  EXPECT_EQ(np1.notes.back(), std::make_pair(static_cast<int>(tuning.p[60]), 0));
+  EXPECT_EQ(np1.notes.back(), std::make_pair(static_cast<int>(tuning.pitches[60]), 0));
   NoteMouseDrag(s, 1, 1041, 5, 30, rig.ports, tuning);
   NoteMouseUp(s, 1, rig.ports, tuning);
   NoteMouseExit(s, 1, rig.ports, tuning, 0);

@@ -39,7 +39,7 @@ TEST(NoteMenu, OpeningStopsTheSoundAndChecksThePresentValues) {
   auto menus = OpenNoteMenu(Made("C494"), rig.ports, tuning);
   ASSERT_EQ(menus.size(), 3u);
   EXPECT_EQ(Checked(menus), (std::vector<std::string>{"9:m", "4:4音符", "0:  "}));
-  EXPECT_EQ(rig.players[1].notes, (std::vector<std::pair<int, int>>{{static_cast<int>(tuning.p[60]), 0}}));
+  EXPECT_EQ(rig.players[1].notes, (std::vector<std::pair<int, int>>{{static_cast<int>(tuning.pitches[60]), 0}}));
   EXPECT_EQ(Checked(OpenNoteMenu(Made("E4bFb"), rig.ports, tuning)),
             (std::vector<std::string>{"F:fff", "B:16音符", "2:b"}));
 }

@@ -25,7 +25,7 @@ struct Walk : ::testing::Test {
   FakeSound rig;
   FingerPress md{};
   Walk() { TuneToKey(tuning, 0); }
-  int P(int index) const { return static_cast<int>(tuning.p[index]); }
+  int P(int index) const { return static_cast<int>(tuning.pitches[index]); }
   // A finger on the drawn violin at canvas x, y, released again.
   void Finger(int x, int y, bool option = false) {
     Modifiers mods;
@@ -94,7 +94,7 @@ TEST_F(Walk, EnterChangeKeyAndBackThenPlayTheChordWithAFakeClock) {
   ASSERT_TRUE(ChooseKey(staff, tuning, modes, 0));
   EXPECT_EQ(staff.notes[1].token, "C494");
   EXPECT_EQ(staff.notes[3].token, "G492");
-  EXPECT_EQ(tuning.p[60], 15400);
+  EXPECT_EQ(tuning.pitches[60], 15400);
 
   // Play it: C and E together at 480 ms, G when the column's last note (E) ends.
   FakeClock clock;

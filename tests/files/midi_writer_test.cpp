@@ -128,9 +128,9 @@ TEST(MidiEvents, TimingComesFromDigitsNotFromDistance) {
 }
 
 TEST(MidiEvents, ANoteWithoutAMidiKeyIsLeftOutButKeepsItsTime) {
-  auto Rest = [](int left, const char* token, int noteNo) {
+  auto Rest = [](int left, const char* token, int pitch) {
     Note n = NoteAt(left, token);
-    n.pitch = noteNo;
+    n.pitch = pitch;
     return n;
   };
   for (int damaged : {200, 128, -1, INT_MIN, INT_MAX}) {

@@ -55,7 +55,7 @@ TEST_F(JustIntonation, EveryKeysTableSoundsWithinOneCent) {
     TuningTables t;
     TuneToKey(t, keySignature);
     for (int i : indexes) {
-      const int pitch = static_cast<int>(t.p[i]);
+      const int pitch = static_cast<int>(t.pitches[i]);
       const int key = KeyOfPitch(pitch);
       const double wanted = (pitch - key * 256) * 100.0 / 256.0;
       const double got = CentsBetween(SoundedFrequency(*synth, kChannel, pitch), Reference(key));
@@ -80,7 +80,7 @@ TEST_F(JustIntonation, FractionsAcrossOneSemitoneAreResolved) {
 }
 
 TEST_F(JustIntonation, RetuningForAnotherNoteNeverBendsOneThatSounds) {
-  // NP(0) holds A4 a fifth of a semitone sharp while NP(1) plays the same key flat, as
+  // The live player holds A4 a fifth of a semitone sharp while the score player plays the same key flat, as
   // when a key change comes while a live note rings. The held note keeps its pitch.
   const int sharp = 69 * 256 + 51, flat = 69 * 256 - 51;
   const double reference = Reference(69);

@@ -32,7 +32,7 @@ RenderJob JobFor(double d) {
   job.events = BuildEventList(staff.notes, d, 0.85);
   TuningTables t;
   TuneToKey(t, staff.keySignature);
-  job.pitches = t.p;
+  job.pitches = t.pitches;
   job.afterSeconds = 0;
   return job;
 }

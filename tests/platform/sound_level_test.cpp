@@ -36,7 +36,7 @@ RenderJob ScaleJob(int scale) {
   job.events = BuildEventList(staff.notes, job.tempoFactor, 0.95);
   TuningTables t;
   TuneToKey(t, staff.keySignature);
-  job.pitches = t.p;
+  job.pitches = t.pitches;
   return job;
 }
 

@@ -91,9 +91,9 @@ TEST(SoundSystem, StartsAtOnceAndPlaysSilentlyWithoutASoundCard) {
   const double startMs =
       std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - started).count();
   // The window may play before the sounds are ready: the calls are taken.
-  sound.NP(0).Instrument(kViolin);
-  sound.NP(0).PlayNote(69 * 256, 100);
-  sound.NP(0).PlayNote(69 * 256, 0);
+  sound.Player(0).Instrument(kViolin);
+  sound.Player(0).PlayNote(69 * 256, 100);
+  sound.Player(0).PlayNote(69 * 256, 0);
   const SoundStatus& status = sound.WaitReady();
   const double readyMs =
       std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - started).count();
@@ -111,8 +111,8 @@ TEST(SoundSystem, StartsAtOnceAndPlaysSilentlyWithoutASoundCard) {
     EXPECT_EQ(sound.synth().ChannelPreset(0).soundingProgram, 40) << "the violin chosen early sounds";
   }
   for (int i = 0; i < kNotePlayers; ++i) {
-    sound.NP(i).PlayNote(60 * 256 + 40, 90);
-    sound.NP(i).PlayNote(60 * 256 + 40, 0);
+    sound.Player(i).PlayNote(60 * 256 + 40, 90);
+    sound.Player(i).PlayNote(60 * 256 + 40, 0);
   }
 }
 
@@ -122,9 +122,9 @@ TEST(SoundSystem, WithoutFontsItSaysWhatToInstallAndStillTakesEveryCall) {
   {
     SoundSystem sound({}, {}, [&](const std::string& line) { reports.push_back(line); });
     for (int i = 0; i < kNotePlayers; ++i) {
-      sound.NP(i).Instrument(16385);
-      sound.NP(i).PlayNote(62 * 256, 100);
-      sound.NP(i).PlayNote(62 * 256, 0);
+      sound.Player(i).Instrument(16385);
+      sound.Player(i).PlayNote(62 * 256, 100);
+      sound.Player(i).PlayNote(62 * 256, 0);
     }
     EXPECT_FALSE(sound.WaitReady().fontsLoaded);
     EXPECT_EQ(sound.WaitReady().exact, 0);

@@ -19,12 +19,12 @@ constexpr double kStepCents = 100.0 / 256.0;
 TEST(TuneToKey, KnownValuesOfCMajor) {
   TuningTables t;
   TuneToKey(t, 0);
-  EXPECT_EQ(t.p[60], 15400);  // C4 at 264 Hz
-  EXPECT_EQ(t.p[69], 17664);  // A4 at exactly 440 Hz
-  EXPECT_EQ(t.p[64], 16389);  // E4 at 330 Hz
-  EXPECT_EQ(t.h[60], 264);
-  EXPECT_EQ(t.h[69], 440);
-  EXPECT_EQ(t.h[62], 297);
+  EXPECT_EQ(t.pitches[60], 15400);  // C4 at 264 Hz
+  EXPECT_EQ(t.pitches[69], 17664);  // A4 at exactly 440 Hz
+  EXPECT_EQ(t.pitches[64], 16389);  // E4 at 330 Hz
+  EXPECT_EQ(t.wholeHertz[60], 264);
+  EXPECT_EQ(t.wholeHertz[69], 440);
+  EXPECT_EQ(t.wholeHertz[62], 297);
   EXPECT_EQ(t.ratioTexts[0], "1");
   EXPECT_EQ(t.ratioTexts[9], "5/3");
   EXPECT_EQ(t.frequencyTexts[9], "440");
@@ -37,14 +37,14 @@ TEST(TuneToKey, RatiosAreCountedFromTheTonicOfEachKey) {
   TuneToKey(t, 1);  // G major: C lies a fifth below the tonic
   EXPECT_EQ(t.ratioTexts[7], "1");
   EXPECT_EQ(t.ratioTexts[0], "2/3");
-  EXPECT_NEAR(Cents(t.p[67]), CentsOfHz(391.1111111111111), kStepCents);
+  EXPECT_NEAR(Cents(t.pitches[67]), CentsOfHz(391.1111111111111), kStepCents);
   EXPECT_EQ(t.keyName, "ト長調(G)/ホ短調(E)");
   TuneToKey(t, 3);
-  EXPECT_EQ(t.p[69], 17664);
+  EXPECT_EQ(t.pitches[69], 17664);
   EXPECT_EQ(t.ratioTexts[9], "1");
   TuneToKey(t, 2);
-  EXPECT_EQ(t.h[62], 293);  // D is the tonic here, not the 9/8 of C
-  EXPECT_EQ(t.h[69], 440);
+  EXPECT_EQ(t.wholeHertz[62], 293);  // D is the tonic here, not the 9/8 of C
+  EXPECT_EQ(t.wholeHertz[69], 440);
   TuneToKey(t, 14);
   EXPECT_EQ(t.keyName, "変ハ長調(bC)/変イ短調(bA)");
 }
@@ -62,14 +62,14 @@ TEST(TuneToKey, EveryKeyIsJustOverItsTonicAndKeepsANear440) {
     for (int octave = -3; octave <= 3; ++octave) {
       for (int k = 0; k < 12; ++k) {
         const int i = tonic + 12 * octave + k;
-        const double expected = Cents(t.p[tonic]) + 1200.0 * octave + 1200.0 * std::log2(ratios[k]);
-        EXPECT_NEAR(Cents(t.p[i]), expected, kStepCents) << "index " << i;
+        const double expected = Cents(t.pitches[tonic]) + 1200.0 * octave + 1200.0 * std::log2(ratios[k]);
+        EXPECT_NEAR(Cents(t.pitches[i]), expected, kStepCents) << "index " << i;
       }
     }
     // A4 stays within a syntonic comma of 440 Hz, whichever tonic the key has.
-    EXPECT_NEAR(Cents(t.p[69]), 6900, 22.0);
+    EXPECT_NEAR(Cents(t.pitches[69]), 6900, 22.0);
     // Everything the instrument can play is written by every key.
-    for (int i = 11; i <= 119; ++i) EXPECT_GT(t.p[i], 0) << i;
+    for (int i = 11; i <= 119; ++i) EXPECT_GT(t.pitches[i], 0) << i;
   }
 }
 
@@ -78,7 +78,7 @@ TEST(TuneToKey, KeysThatShareATonicShareTheirTables) {
     TuningTables ta, tb;
     TuneToKey(ta, a);
     TuneToKey(tb, b);
-    EXPECT_EQ(ta.p, tb.p) << a << " and " << b;
+    EXPECT_EQ(ta.pitches, tb.pitches) << a << " and " << b;
     EXPECT_EQ(ta.ratioTexts, tb.ratioTexts);
     EXPECT_NE(ta.keyName, tb.keyName);
   }
@@ -87,11 +87,11 @@ TEST(TuneToKey, KeysThatShareATonicShareTheirTables) {
 TEST(TuneToKey, IndexesOutsideTheKeysOctavesKeepWhatTheyHeld) {
   TuningTables t;
   TuneToKey(t, 11);  // offset 8 writes 8 to 127
-  const long long written = t.p[127];
+  const long long written = t.pitches[127];
   EXPECT_GT(written, 0);
   TuneToKey(t, 0);   // writes 0 to 119 only
-  EXPECT_EQ(t.p[127], written);
-  EXPECT_EQ(t.p[140], 0);
+  EXPECT_EQ(t.pitches[127], written);
+  EXPECT_EQ(t.pitches[140], 0);
 }
 
 TEST(TuneToKey, AKeyNoScoreCanHoldTunesAsCMajor) {
@@ -100,7 +100,7 @@ TEST(TuneToKey, AKeyNoScoreCanHoldTunesAsCMajor) {
   for (int keySignature : {15, 99, -1, INT_MAX, INT_MIN}) {
     TuningTables t;
     TuneToKey(t, keySignature);
-    EXPECT_EQ(t.p, c.p) << keySignature;
+    EXPECT_EQ(t.pitches, c.pitches) << keySignature;
     EXPECT_EQ(t.ratioTexts, c.ratioTexts) << keySignature;
     EXPECT_EQ(t.keyName, c.keyName) << keySignature;
   }

@@ -9,7 +9,7 @@
 
 #include "tuning/pure_scale.h"
 #include "violin/playback.h"
-#include "violin/ports.h"
+#include "ports/ports.h"
 
 namespace lirenza::testing {
 
@@ -19,11 +19,11 @@ using Log = std::vector<std::string>;
 inline constexpr int kMarkedPitchOffset = 3;
 inline TuningTables MarkedTuning() {
   TuningTables t;
-  for (int i = 0; i < kPitchTableSize; ++i) t.p[i] = i * 256LL + kMarkedPitchOffset;
+  for (int i = 0; i < kPitchTableSize; ++i) t.pitches[i] = i * 256LL + kMarkedPitchOffset;
   return t;
 }
 
-// "NP1 p(60) 100" when the pitch came from the table, the raw number otherwise.
+// "player1 p(60) 100" when the pitch came from the table, the raw number otherwise.
 inline std::string PitchText(int pitch) {
   if (pitch % 256 == kMarkedPitchOffset) return "p(" + std::to_string(pitch / 256) + ")";
   return std::to_string(pitch);
@@ -32,9 +32,9 @@ inline std::string PitchText(int pitch) {
 class FakePlayer : public NotePlayer {
  public:
   FakePlayer(Log& log, int id) : log_(log), id_(id) {}
-  void Instrument(int number) override { log_.push_back("NP" + std::to_string(id_) + " inst " + std::to_string(number)); }
+  void Instrument(int number) override { log_.push_back("player" + std::to_string(id_) + " inst " + std::to_string(number)); }
   void PlayNote(int pitch, int velocity) override {
-    log_.push_back("NP" + std::to_string(id_) + " " + PitchText(pitch) + " " + std::to_string(velocity));
+    log_.push_back("player" + std::to_string(id_) + " " + PitchText(pitch) + " " + std::to_string(velocity));
     notes.push_back({pitch, velocity});
   }
   // Pitches started and not ended again by the end of the list.
@@ -92,13 +92,13 @@ struct FakeSound {
   Log Fingerboard() const {
     Log out;
     for (const auto& line : log)
-      if (line.rfind("NP", 0) != 0) out.push_back(line);
+      if (line.rfind("player", 0) != 0) out.push_back(line);
     return out;
   }
   // Log lines of one player only.
   Log Of(int id) const {
     Log out;
-    const std::string prefix = "NP" + std::to_string(id) + " ";
+    const std::string prefix = "player" + std::to_string(id) + " ";
     for (const auto& line : log)
       if (line.rfind(prefix, 0) == 0) out.push_back(line);
     return out;

@@ -106,14 +106,14 @@ TEST_F(MouseFixture, APressSoundsShowsAndSpellsTheNote) {
     FingerPress md;
     int index, accidental;
   } cases[] = {
-      {215, 200, false, {"NP0 p(74) 80", "G 2/5"}, {74, 2, 5}, 74, 0},
-      {120, 200, false, {"NP0 p(70) 80", "G 2/1"}, {70, 2, 1}, 69, 1},
-      {120, 200, true, {"NP0 p(70) 80", "G 2/1"}, {70, 2, 1}, 71, 2},
-      {372, 190, false, {"NP0 p(76) 80", "G 1/0"}, {76, 1, 0}, 76, 0},   // the gap
-      {390, 190, false, {"NP0 p(87) 80", "G 1/11"}, {87, 1, 11}, 86, 1},
-      {40, 225, false, {"NP0 p(55) 80", "G 4/0"}, {55, 4, 0}, 55, 0},    // left of the nut
-      {700, 210, false, {"NP0 p(62) 80", "G 3/0"}, {62, 3, 0}, 62, 0},   // past the bands
-      {570, 190, false, {"NP0 p(94) 80", "G 1/18"}, {94, 1, 18}, 93, 1}, // sounds, not drawn
+      {215, 200, false, {"player0 p(74) 80", "G 2/5"}, {74, 2, 5}, 74, 0},
+      {120, 200, false, {"player0 p(70) 80", "G 2/1"}, {70, 2, 1}, 69, 1},
+      {120, 200, true, {"player0 p(70) 80", "G 2/1"}, {70, 2, 1}, 71, 2},
+      {372, 190, false, {"player0 p(76) 80", "G 1/0"}, {76, 1, 0}, 76, 0},   // the gap
+      {390, 190, false, {"player0 p(87) 80", "G 1/11"}, {87, 1, 11}, 86, 1},
+      {40, 225, false, {"player0 p(55) 80", "G 4/0"}, {55, 4, 0}, 55, 0},    // left of the nut
+      {700, 210, false, {"player0 p(62) 80", "G 3/0"}, {62, 3, 0}, 62, 0},   // past the bands
+      {570, 190, false, {"player0 p(94) 80", "G 1/18"}, {94, 1, 18}, 93, 1}, // sounds, not drawn
   };
   for (const auto& c : cases) {
     sound.log.clear();
@@ -166,5 +166,5 @@ TEST_F(MouseFixture, ReleaseEndsWhatThePressStartedWhereverThePointerIs) {
   Down(120, 200);
   sound.log.clear();
   FingerboardMouseUp(press, tuning, sound.ports);
-  EXPECT_EQ(sound.log, (Log{"NP0 p(70) 0", "GF 2/1"}));
+  EXPECT_EQ(sound.log, (Log{"player0 p(70) 0", "GF 2/1"}));
 }

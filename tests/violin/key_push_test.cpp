@@ -35,15 +35,15 @@ TEST(PlayAndShow, SoundsFirstThenDrawsOnlyInsideTheFingerboard) {
     int handPosition, index, velocity;
     Log calls;
   } cases[] = {
-      {0, 60, 100, {"NP1 p(60) 100", "G 4/5"}},
-      {0, 60, 0, {"NP1 p(60) 0", "GF 4/5"}},
-      {1, 81, 64, {"NP1 p(81) 64", "G 1/5"}},
-      {2, 81, 64, {"NP1 p(81) 64", "G 2/12"}},
-      {0, 91, 1, {"NP1 p(91) 1", "G 1/15"}},
-      {0, 54, 100, {"NP1 p(54) 100"}},
-      {0, 92, 100, {"NP1 p(92) 100"}},
-      {0, 21, 0, {"NP1 p(21) 0"}},
-      {0, 108, 0, {"NP1 p(108) 0"}},
+      {0, 60, 100, {"player1 p(60) 100", "G 4/5"}},
+      {0, 60, 0, {"player1 p(60) 0", "GF 4/5"}},
+      {1, 81, 64, {"player1 p(81) 64", "G 1/5"}},
+      {2, 81, 64, {"player1 p(81) 64", "G 2/12"}},
+      {0, 91, 1, {"player1 p(91) 1", "G 1/15"}},
+      {0, 54, 100, {"player1 p(54) 100"}},
+      {0, 92, 100, {"player1 p(92) 100"}},
+      {0, 21, 0, {"player1 p(21) 0"}},
+      {0, 108, 0, {"player1 p(108) 0"}},
   };
   const TuningTables tuning = MarkedTuning();
   for (const auto& c : cases) {

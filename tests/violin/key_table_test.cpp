@@ -78,7 +78,7 @@ TEST_F(KeyTableFixture, ShiftAndYBothPlayC5GAndNinePlayNothing) {
   keys.down = {16};
   EXPECT_TRUE(Pass(0));  // Shift released
   EXPECT_TRUE(Pass(0));  // Y pressed
-  EXPECT_EQ(sound.log, (Log{"G 2/3", "NP0 p(72) 100", "GF 2/3", "NP0 p(72) 0", "G 2/3", "NP0 p(72) 100"}));
+  EXPECT_EQ(sound.log, (Log{"G 2/3", "player0 p(72) 100", "GF 2/3", "player0 p(72) 0", "G 2/3", "player0 p(72) 100"}));
   sound.log.clear();
   keys.down = {5, 25, 16};  // G and 9 have no row
   EXPECT_FALSE(Pass(0));
@@ -90,11 +90,11 @@ TEST_F(KeyTableFixture, PressAndReleaseDrawFirstThenSound) {
     int code, position;
     Log press, release;
   } cases[] = {
-      {7, 0, {"G 4/0", "NP0 p(55) 100"}, {"GF 4/0", "NP0 p(55) 0"}},
-      {44, 0, {"G 2/0", "NP0 p(69) 100"}, {"GF 2/0", "NP0 p(69) 0"}},
-      {44, 1, {"G 3/7", "NP0 p(69) 100"}, {"GF 3/7", "NP0 p(69) 0"}},
-      {44, 2, {"G 4/14", "NP0 p(69) 100"}, {"GF 4/14", "NP0 p(69) 0"}},
-      {36, 2, {"G 1/8", "NP0 p(84) 100"}, {"GF 1/8", "NP0 p(84) 0"}},
+      {7, 0, {"G 4/0", "player0 p(55) 100"}, {"GF 4/0", "player0 p(55) 0"}},
+      {44, 0, {"G 2/0", "player0 p(69) 100"}, {"GF 2/0", "player0 p(69) 0"}},
+      {44, 1, {"G 3/7", "player0 p(69) 100"}, {"GF 3/7", "player0 p(69) 0"}},
+      {44, 2, {"G 4/14", "player0 p(69) 100"}, {"GF 4/14", "player0 p(69) 0"}},
+      {36, 2, {"G 1/8", "player0 p(84) 100"}, {"GF 1/8", "player0 p(84) 0"}},
   };
   for (const auto& c : cases) {
     sound.log.clear();
@@ -115,16 +115,16 @@ TEST_F(KeyTableFixture, KeysChangingTogetherTakeOnePassEachInRowOrder) {
   // X, Y and ] at once: one a pass, in the order of the rows, not of the key codes.
   keys.down = {30, 16, 7};
   EXPECT_TRUE(Pass(0));
-  EXPECT_EQ(sound.log, (Log{"G 4/0", "NP0 p(55) 100"}));
+  EXPECT_EQ(sound.log, (Log{"G 4/0", "player0 p(55) 100"}));
   EXPECT_TRUE(flag[2]);
   EXPECT_FALSE(flag[32]);
   EXPECT_EQ(Settle(0), 2);
-  EXPECT_EQ(sound.log, (Log{"G 4/0", "NP0 p(55) 100", "G 2/3", "NP0 p(72) 100", "G 1/7", "NP0 p(83) 100"}));
+  EXPECT_EQ(sound.log, (Log{"G 4/0", "player0 p(55) 100", "G 2/3", "player0 p(72) 100", "G 1/7", "player0 p(83) 100"}));
   // A release and a press at one moment: the earlier row goes first.
   sound.log.clear();
   keys.down = {30, 16, 2};  // X up, D down
   EXPECT_EQ(Settle(0), 2);
-  EXPECT_EQ(sound.log, (Log{"GF 4/0", "NP0 p(55) 0", "G 4/1", "NP0 p(56) 100"}));
+  EXPECT_EQ(sound.log, (Log{"GF 4/0", "player0 p(55) 0", "G 4/1", "player0 p(56) 100"}));
 }
 
 TEST_F(KeyTableFixture, ReleasingShiftEndsC5WhileYStillHoldsIt) {
@@ -133,7 +133,7 @@ TEST_F(KeyTableFixture, ReleasingShiftEndsC5WhileYStillHoldsIt) {
   sound.log.clear();
   keys.down = {16};
   EXPECT_EQ(Settle(0), 1);
-  EXPECT_EQ(sound.log, (Log{"GF 2/3", "NP0 p(72) 0"}));
+  EXPECT_EQ(sound.log, (Log{"GF 2/3", "player0 p(72) 0"}));
   EXPECT_FALSE(flag[12]);
   EXPECT_TRUE(flag[32]);
 }
@@ -146,14 +146,14 @@ TEST_F(KeyTableFixture, PanicSilencesEveryPlayerButLeavesAHeldKeyFlagged) {
   ASSERT_EQ(sound.log.size(), 127u * 7 + 1);
   for (int i = 1; i <= 127; ++i)
     for (int k = 0; k < 7; ++k)
-      EXPECT_EQ(sound.log[(i - 1) * 7 + k], "NP" + std::to_string(k) + " p(" + std::to_string(i) + ") 0");
+      EXPECT_EQ(sound.log[(i - 1) * 7 + k], "player" + std::to_string(k) + " p(" + std::to_string(i) + ") 0");
   EXPECT_EQ(sound.log.back(), "clean");
   EXPECT_TRUE(flag[39]);
   sound.log.clear();
   EXPECT_FALSE(Pass(0)) << "the held key must not start again";
   keys.down.clear();
   EXPECT_TRUE(Pass(0));
-  EXPECT_EQ(sound.log, (Log{"GF 1/8", "NP0 p(84) 0"}));
+  EXPECT_EQ(sound.log, (Log{"GF 1/8", "player0 p(84) 0"}));
 }
 
 TEST_F(KeyTableFixture, ReleaseAfterAPositionChangeTakesTheNewPlace) {
@@ -164,7 +164,7 @@ TEST_F(KeyTableFixture, ReleaseAfterAPositionChangeTakesTheNewPlace) {
   EXPECT_TRUE(flag[10]);
   keys.down.clear();
   EXPECT_TRUE(Pass(pos.handPosition));
-  EXPECT_EQ(sound.log, (Log{"G 2/0", "NP0 p(69) 100", "GF 4/14", "NP0 p(69) 0"}));
+  EXPECT_EQ(sound.log, (Log{"G 2/0", "player0 p(69) 100", "GF 4/14", "player0 p(69) 0"}));
 }
 
 TEST(PositionSelector, OneTimerRunsAndBusyHoldsThePosition) {

@@ -14,12 +14,12 @@ using namespace lirenza::testing;
 
 namespace {
 
-Note NoteAt(int left, int noteNo, const char* dr = "4", const char* ve = "9") {
+Note NoteAt(int left, int pitch, const char* duration = "4", const char* velocity = "9") {
   Note n;
   n.left = left;
-  n.pitch = noteNo;
-  n.durationDigit = dr;
-  n.velocityDigit = ve;
+  n.pitch = pitch;
+  n.durationDigit = duration;
+  n.velocityDigit = velocity;
   return n;
 }
 
@@ -78,8 +78,8 @@ TEST_F(PlaybackFixture, EveryEventSoundsAtItsDueTimeAndNotBefore) {
   ASSERT_TRUE(Press(0, kLive));
   // The first note waits for the template's crotchet; each sounds 0.75 of its length.
   const std::pair<double, const char*> due[] = {
-      {480000, "NP1 p(60) 75"}, {840000, "NP1 p(60) 0"},   {960000, "NP1 p(64) 75"},
-      {1140000, "NP1 p(64) 0"}, {1200000, "NP1 p(67) 75"}, {1920000, "NP1 p(67) 0"},
+      {480000, "player1 p(60) 75"}, {840000, "player1 p(60) 0"},   {960000, "player1 p(64) 75"},
+      {1140000, "player1 p(64) 0"}, {1200000, "player1 p(67) 75"}, {1920000, "player1 p(67) 0"},
   };
   for (auto [time, line] : due) {
     EXPECT_FALSE(TickAt(time - 1, PlayTimer::LoopSoundOnly)) << time;
@@ -96,7 +96,7 @@ TEST_F(PlaybackFixture, OverdueEventsComeOneATick) {
   AddMelody(*this);
   ASSERT_TRUE(Press(0, kLive));
   clock.now = t0 + 10e6;
-  Log expected{"NP1 p(60) 75", "NP1 p(60) 0", "NP1 p(64) 75", "NP1 p(64) 0", "NP1 p(67) 75", "NP1 p(67) 0"};
+  Log expected{"player1 p(60) 75", "player1 p(60) 0", "player1 p(64) 75", "player1 p(64) 0", "player1 p(67) 75", "player1 p(67) 0"};
   for (std::size_t k = 0; k < expected.size(); ++k) {
     EXPECT_TRUE(PlaybackTick(state, PlayTimer::LoopSoundOnly, env));
     ASSERT_EQ(sound.log.size(), k + 1);
@@ -124,7 +124,7 @@ TEST_F(PlaybackFixture, ATempoChangeMovesTheEventsStillToCome) {
   EXPECT_TRUE(PlaybackTick(state, PlayTimer::LoopSoundOnly, env));   // 1200000 × 0.6
   EXPECT_FALSE(PlaybackTick(state, PlayTimer::LoopSoundOnly, env));  // 1920000 × 0.6 still ahead
   EXPECT_DOUBLE_EQ(MicrosecondsUntilDue(state, env), 152000);
-  EXPECT_EQ(sound.Of(1).back(), "NP1 p(67) 75");
+  EXPECT_EQ(sound.Of(1).back(), "player1 p(67) 75");
 }
 
 TEST_F(PlaybackFixture, TheTempoAtStartCountsTwice) {
@@ -144,9 +144,9 @@ TEST_F(PlaybackFixture, AChordSoundsTogetherAndTheNextStepIsItsLastNote) {
   ASSERT_TRUE(Press(0, kManualPlay));
   ASSERT_TRUE(state.Running(PlayTimer::LoopOnFingerboard));
   const std::pair<double, Log> due[] = {
-      {480000, {"NP1 p(60) 75", "G 4/5"}}, {480000, {"NP1 p(64) 75", "G 3/2"}},
-      {660000, {"NP1 p(64) 0", "GF 3/2"}}, {720000, {"NP1 p(67) 75", "G 3/5"}},
-      {840000, {"NP1 p(60) 0", "GF 4/5"}}, {1080000, {"NP1 p(67) 0", "GF 3/5"}},
+      {480000, {"player1 p(60) 75", "G 4/5"}}, {480000, {"player1 p(64) 75", "G 3/2"}},
+      {660000, {"player1 p(64) 0", "GF 3/2"}}, {720000, {"player1 p(67) 75", "G 3/5"}},
+      {840000, {"player1 p(60) 0", "GF 4/5"}}, {1080000, {"player1 p(67) 0", "GF 3/5"}},
   };
   for (const auto& [time, lines] : due) {
     EXPECT_FALSE(TickAt(time - 1, PlayTimer::LoopOnFingerboard)) << time;
@@ -160,7 +160,7 @@ TEST_F(PlaybackFixture, ARestKeepsItsTimeSilently) {
   ASSERT_TRUE(Press(0, kLive));
   clock.now = t0 + 10e6;
   for (int k = 0; k < 4; ++k) PlaybackTick(state, PlayTimer::LoopSoundOnly, env);
-  EXPECT_EQ(sound.log, (Log{"NP1 p(60) 0", "NP1 p(60) 0", "NP1 p(62) 127", "NP1 p(62) 0"}));
+  EXPECT_EQ(sound.log, (Log{"player1 p(60) 0", "player1 p(60) 0", "player1 p(62) 127", "player1 p(62) 0"}));
 }
 
 TEST_F(PlaybackFixture, EveryNoteStartedIsEndedOnceThePieceIsOver) {
@@ -195,7 +195,7 @@ TEST_F(PlaybackFixture, LoopStartsOverUnscrolled) {
   EXPECT_EQ(state.cursor, 1);
   EXPECT_TRUE(modes.playing);
   EXPECT_FALSE(TickAt(1920000 + 479999, PlayTimer::LoopOnFingerboard));
-  EXPECT_EQ(TickLog(1920000 + 480000, PlayTimer::LoopOnFingerboard), (Log{"NP1 p(60) 75", "G 4/5"}));
+  EXPECT_EQ(TickLog(1920000 + 480000, PlayTimer::LoopOnFingerboard), (Log{"player1 p(60) 75", "G 4/5"}));
 }
 
 TEST_F(PlaybackFixture, FollowingTheStaffMovesTheHighlightAndRepaints) {
@@ -203,15 +203,15 @@ TEST_F(PlaybackFixture, FollowingTheStaffMovesTheHighlightAndRepaints) {
   Add(NoteAt(168, 62));
   ASSERT_TRUE(Press(0, kManualEdit));
   ASSERT_TRUE(state.Running(PlayTimer::LoopFollowingStaff));
-  EXPECT_EQ(TickLog(480000, PlayTimer::LoopFollowingStaff), (Log{"NP1 p(60) 75", "G 4/5", "refresh 0", "refresh 1", "refresh staff"}));
+  EXPECT_EQ(TickLog(480000, PlayTimer::LoopFollowingStaff), (Log{"player1 p(60) 75", "G 4/5", "refresh 0", "refresh 1", "refresh staff"}));
   EXPECT_TRUE(staff.notes[1].sounding);
-  EXPECT_EQ(TickLog(840000, PlayTimer::LoopFollowingStaff), (Log{"NP1 p(60) 0", "GF 4/5", "refresh 1", "refresh staff"}));
+  EXPECT_EQ(TickLog(840000, PlayTimer::LoopFollowingStaff), (Log{"player1 p(60) 0", "GF 4/5", "refresh 1", "refresh staff"}));
   EXPECT_FALSE(staff.notes[1].sounding);
-  EXPECT_EQ(TickLog(960000, PlayTimer::LoopFollowingStaff), (Log{"NP1 p(62) 75", "G 3/0", "refresh 1", "refresh 2", "refresh staff"}));
+  EXPECT_EQ(TickLog(960000, PlayTimer::LoopFollowingStaff), (Log{"player1 p(62) 75", "G 3/0", "refresh 1", "refresh 2", "refresh staff"}));
   EXPECT_TRUE(staff.notes[2].sounding);
   // The last event, then the end of the piece repaints its note and the staff.
   EXPECT_EQ(TickLog(1320000, PlayTimer::LoopFollowingStaff),
-            (Log{"NP1 p(62) 0", "GF 3/0", "refresh 2", "refresh 2", "refresh staff"}));
+            (Log{"player1 p(62) 0", "GF 3/0", "refresh 2", "refresh 2", "refresh staff"}));
   EXPECT_FALSE(staff.notes[2].sounding);
 }
 
@@ -310,7 +310,7 @@ TEST_F(PlaybackFixture, StopSilencesTheScorePlayerAndClearsTheHighlight) {
   EXPECT_EQ(state.buttonPicture[0], "PlayButton");
   EXPECT_EQ(state.buttonPicture[2], "RepeatButton");
   Log sweep;
-  for (int n = 21; n <= 108; ++n) sweep.push_back("NP1 p(" + std::to_string(n) + ") 0");
+  for (int n = 21; n <= 108; ++n) sweep.push_back("player1 p(" + std::to_string(n) + ") 0");
   EXPECT_EQ(sound.Of(1), sweep);
   // The cursor's note (the first note's end) is refreshed first, the note before it last.
   EXPECT_EQ(sound.log.front(), "refresh 1");
@@ -341,9 +341,9 @@ TEST_F(PlaybackFixture, ListPlaysEveryRowInTurnAndWraps) {
     ASSERT_TRUE(TickAt(840000, PlayTimer::ListSoundOnly));  // the end loads the next row
     t0 = clock.now;
   }
-  EXPECT_EQ(sound.log, (Log{"NP1 p(62) 75", "NP1 p(62) 0", "select 2", "load 2 reading",  //
-                            "NP1 p(64) 75", "NP1 p(64) 0", "select 0", "load 0 reading",  //
-                            "NP1 p(60) 75", "NP1 p(60) 0", "select 1", "load 1 reading"}));
+  EXPECT_EQ(sound.log, (Log{"player1 p(62) 75", "player1 p(62) 0", "select 2", "load 2 reading",  //
+                            "player1 p(64) 75", "player1 p(64) 0", "select 0", "load 0 reading",  //
+                            "player1 p(60) 75", "player1 p(60) 0", "select 1", "load 1 reading"}));
   EXPECT_FALSE(modes.loading);
   EXPECT_TRUE(state.playingLabel);
   EXPECT_EQ(state.startT, clock.now);
@@ -353,12 +353,12 @@ TEST_F(PlaybackFixture, QuietListFollowingLoadsWithoutReadingAndKeepsOldHighligh
   list.scores = {{NoteAt(136, 60), NoteAt(168, 62)}, {NoteAt(136, 64)}};
   ASSERT_TRUE(Press(2, kManualEdit));
   ASSERT_TRUE(state.Running(PlayTimer::ListFollowingStaff));
-  EXPECT_EQ(TickLog(480000, PlayTimer::ListFollowingStaff), (Log{"NP1 p(60) 75", "G 4/5", "refresh 1"}));
+  EXPECT_EQ(TickLog(480000, PlayTimer::ListFollowingStaff), (Log{"player1 p(60) 75", "G 4/5", "refresh 1"}));
   // The first note's end is not repainted: its highlight stays on screen.
-  EXPECT_EQ(TickLog(840000, PlayTimer::ListFollowingStaff), (Log{"NP1 p(60) 0", "GF 4/5"}));
+  EXPECT_EQ(TickLog(840000, PlayTimer::ListFollowingStaff), (Log{"player1 p(60) 0", "GF 4/5"}));
   EXPECT_FALSE(staff.notes[1].sounding);
   TickAt(960000, PlayTimer::ListFollowingStaff);
-  EXPECT_EQ(TickLog(1320000, PlayTimer::ListFollowingStaff), (Log{"NP1 p(62) 0", "GF 3/0", "select 1", "load 1"}));
+  EXPECT_EQ(TickLog(1320000, PlayTimer::ListFollowingStaff), (Log{"player1 p(62) 0", "GF 3/0", "select 1", "load 1"}));
 }
 
 TEST_F(PlaybackFixture, ListNeedsTwoRowsAndOnlyOneListAtATime) {

@@ -5,7 +5,7 @@
 #include <array>
 #include <string>
 
-#include "violin/note_player.h"
+#include "ports/note_player.h"
 
 namespace lirenza {
 

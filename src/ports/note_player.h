@@ -4,7 +4,9 @@
 
 namespace lirenza {
 
-inline constexpr int kNotePlayers = 7;  // NP(0) live input, NP(1) the score, ...
+inline constexpr int kNotePlayers = 7;
+inline constexpr int kLivePlayer = 0;   // what the keyboard and the fingerboard play
+inline constexpr int kScorePlayer = 1;  // what playback, hovering and the staff play
 
 class NotePlayer {
  public:
