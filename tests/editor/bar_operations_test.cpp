@@ -1,4 +1,4 @@
-// Bar operations: walks over the notes that cut, paste, clear, insert and double.
+// Bar operations: cut, paste, clear, insert and double, and the two menus that call them.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -10,7 +10,7 @@ using namespace lirenza;
 using namespace lirenza::testing;
 
 namespace {
-// One note per bar at the bar's second column, tokens C D E F ... by bar.
+// One note per bar at the bar's second column: C4 in bar 0, D4 in bar 1, ...
 Staff Bars(int count) {
   Staff s;
   const char* names[] = {"C4", "D4", "E4", "F4", "G4", "A4", "B4", "C5", "D5", "E5"};
@@ -24,14 +24,24 @@ Staff Bars(int count) {
   }
   return s;
 }
-std::vector<std::string> TokensByLeft(const Staff& s) {
-  std::vector<Note> notes(s.notes.begin() + 1, s.notes.end());
-  std::stable_sort(notes.begin(), notes.end(), [](auto& a, auto& b) { return a.left < b.left; });
-  std::vector<std::string> out;
-  for (auto& n : notes) out.push_back(std::to_string(n.left) + ":" + n.token);
+Staff AtLefts(std::initializer_list<int> lefts) {
+  Staff s;
+  for (int left : lefts) s.AddNote(Note{}).left = left;
+  return s;
+}
+std::vector<int> Lefts(const Staff& s) {
+  std::vector<int> out;
+  for (size_t i = 1; i < s.notes.size(); ++i) out.push_back(s.notes[i].left);
   return out;
 }
 using V = std::vector<std::string>;
+V TokensByLeft(const Staff& s) {
+  std::vector<Note> notes(s.notes.begin() + 1, s.notes.end());
+  std::stable_sort(notes.begin(), notes.end(), [](auto& a, auto& b) { return a.left < b.left; });
+  V out;
+  for (auto& n : notes) out.push_back(std::to_string(n.left) + ":" + n.token);
+  return out;
+}
 }  // namespace
 
 TEST(BarOperations, CutClearInsertAndPaste) {
@@ -50,64 +60,44 @@ TEST(BarOperations, CutClearInsertAndPaste) {
       {"paste onto an empty bar", 4, 1, BarCopy, {"128:C494", "272:D494", "416:E494", "704:D494"}},
   };
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
     Staff s = Bars(3);
     s.selectedBar = c.target;
     s.copiedBar = c.copied;
     c.op(s);
-    EXPECT_EQ(TokensByLeft(s), c.after);
+    EXPECT_EQ(TokensByLeft(s), c.after) << c.name;
     EXPECT_EQ(s.notes[0].left, 120) << "the template never moves";
   }
+  Staff s = AtLefts({200, 10232, 300});
+  BarAdd(s);
+  EXPECT_EQ(Lefts(s), (std::vector<int>{344, 10232, 300})) << "past 10224 the walk stops, in entry order";
 }
 
-TEST(BarOperations, PasteKeepsPicturesSignsAndChords) {
-  Staff s = Bars(1);
+// The user copies bar 2, a note and a chord with signs and pictures, scrolls five bars
+// on and pastes onto the bar third from the left: bar 8 of the score gets an exact copy.
+TEST(BarOperations, CopyScrollPasteCopiesTheBarTheUserChose) {
+  Staff s = Bars(12);
   Note chord;
   FillFromToken(chord, "F4#94");
-  chord.left = s.notes[1].left;
+  chord.left = s.notes[3].left;
   chord.top = 108;
   chord.stemDown = true;
   chord.picture = "u4";
   s.AddNote(chord);
   s.keySignature = 5;  // nothing is read again under the key
-  s.selectedBar = 3;
-  s.copiedBar = 0;
-  BarCopy(s);
-  ASSERT_EQ(s.NoteCount(), 4);
-  EXPECT_EQ(s.notes[3].left, 128 + 432);
-  EXPECT_EQ(s.notes[4].token, "F4#94");
-  EXPECT_EQ(s.notes[4].accidentalSign, 1);
-  EXPECT_EQ(s.notes[4].picture, "u4");
-  EXPECT_TRUE(s.notes[4].stemDown);
-  EXPECT_EQ(s.notes[4].keyShift, 0);
-}
-
-TEST(BarOperations, CopyScrollPasteCopiesTheBarTheUserChose) {
-  Staff s = Bars(12);
-  s.selectedBar = 2;  // the user copies bar 2 (E4)
+  s.selectedBar = 2;
   BarCopyMark(s);
-  ScrollTo(s, 720);   // scrolls five bars on
-  s.selectedBar = 3;      // and picks the bar now third from the left: bar 8 of the score
+  ScrollTo(s, 720);
+  s.selectedBar = 3;
   BarCopy(s);
   ScrollTo(s, 0);
-  const V tokens = TokensByLeft(s);
-  EXPECT_EQ(tokens[8], std::to_string(128 + 144 * 8) + ":E494");
-  EXPECT_EQ(std::count(tokens.begin(), tokens.end(), "416:E494"), 1) << "the source stays";
-  EXPECT_EQ(s.NoteCount(), 12);
-}
-
-TEST(BarOperations, InsertStopsAtTheEndOfTheStaffInEntryOrder) {
-  Staff s;
-  for (int left : {200, 10232, 300}) {
-    Note n;
-    n.left = left;
-    s.AddNote(n);
+  std::vector<Note> sources, copies;
+  for (const Note& n : s.notes) {
+    if (n.left == 416) sources.push_back(n);
+    if (n.left == 416 + 6 * 144) copies.push_back(n);
   }
-  s.selectedBar = 0;
-  BarAdd(s);
-  EXPECT_EQ(s.notes[1].left, 344);
-  EXPECT_EQ(s.notes[2].left, 10232) << "past 10224 the walk stops";
-  EXPECT_EQ(s.notes[3].left, 300) << "notes behind it in entry order stay";
+  ASSERT_EQ(sources.size(), 2u) << "the source stays";
+  for (Note& n : sources) n.left += 6 * 144;
+  EXPECT_EQ(copies, sources) << "bar 8's own note is gone, the copy is exact";
 }
 
 TEST(BarOperations, DoubleWritesTheScoreOutTwiceUpTo36Bars) {
@@ -115,42 +105,30 @@ TEST(BarOperations, DoubleWritesTheScoreOutTwiceUpTo36Bars) {
     int lastLeft, copies, offset;
   } cases[] = {{240, 2, 144}, {136, 2, 0}, {5304, 2, 5184}, {5328, 0, 0}};
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.lastLeft);
-    Staff s;
-    for (int left : {128, c.lastLeft}) {
-      Note n;
-      n.left = left;
-      s.AddNote(n);
-    }
+    Staff s = AtLefts({128, c.lastLeft});
     ScrollTo(s, 288);
     BarDouble(s);
     EXPECT_EQ(s.scrollValue, 0);
-    ASSERT_EQ(s.NoteCount(), 2 + c.copies);
-    if (c.copies) {
-      EXPECT_EQ(s.notes[3].left, 128 + c.offset);
-      EXPECT_EQ(s.notes[4].left, c.lastLeft + c.offset);
-    }
+    std::vector<int> want = {128, c.lastLeft};
+    if (c.copies) want.insert(want.end(), {128 + c.offset, c.lastLeft + c.offset});
+    EXPECT_EQ(Lefts(s), want);
   }
 }
 
 TEST(BarOperations, MenusDeleteAllOnTwoRoads) {
   FakeConfirm confirm;
   Staff s = Bars(3);
-  s.title = "曲";
   s.keySignature = 4;
-  s.hasChanges = false;
   EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::DeleteAll, 20, 78, confirm), BarMenuOutcome::Done);
   EXPECT_TRUE(confirm.asked.empty()) << "an unchanged score is cleared without asking";
   EXPECT_EQ(s.NoteCount(), 0);
   EXPECT_EQ(s.keySignature, 4);
-
   s = Bars(3);
   s.hasChanges = true;
   confirm.answer = false;
   ChooseFromStaffMenu(s, BarOperation::DeleteAll, 20, 78, confirm);
-  EXPECT_EQ(confirm.asked, (std::vector<std::string>{"楽譜の音符を全部削除しますか？"}));
+  EXPECT_EQ(confirm.asked, (V{"楽譜の音符を全部削除しますか？"}));
   EXPECT_EQ(s.NoteCount(), 3) << "cancel changes nothing";
-
   confirm.answer = true;
   s.title = "曲";
   s.keySignature = 4;
@@ -159,39 +137,12 @@ TEST(BarOperations, MenusDeleteAllOnTwoRoads) {
   EXPECT_EQ(s.NoteCount(), 0);
   EXPECT_EQ(s.title, "");
   EXPECT_EQ(s.keySignature, 0);
-
+  // The staff's menu places the entry column at the mouse and carries the file items.
   s = Bars(3);
-  // The staff's menu has no busy guard and places the entry column at the mouse.
-  s.selectedBar = 0;
   EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::Cut, 44, 78, confirm), BarMenuOutcome::Done);
   EXPECT_EQ(s.NoteCount(), 2);
   EXPECT_EQ(s.entryLeft, 160);
   EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::OpenScore, 0, 0, confirm), BarMenuOutcome::OpenFile);
   EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::SaveScore, 0, 0, confirm), BarMenuOutcome::SaveFile);
-  EXPECT_EQ(ChooseFromBarMenu(s, Modes{}, BarOperation::OpenScore, confirm), BarMenuOutcome::Ignored)
-      << "the bar menu has no file items";
-  s.selectedBar = 1;
-  EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::Copy, 0, 0, confirm), BarMenuOutcome::Done);
-  EXPECT_EQ(s.copiedBar, 1);
-}
-
-// Both menus name each operation the same way: the staff menu's caption, without its
-// number, starts like the bar menu's, and the numbers count the operations in order.
-TEST(BarOperations, BothMenusCaptionTheSameOperation) {
-  int shown = 0;
-  for (const StaffMenuRow& row : kStaffMenuRows) {
-    if (!row.isOperation) continue;
-    const int number = static_cast<int>(row.operation);
-    EXPECT_EQ(number, shown++);
-    const std::string caption(row.caption);
-    EXPECT_EQ(caption.substr(0, caption.find(':')), std::to_string(number));
-    const std::string_view barCaption = BarMenuCaption(row.operation);
-    if (number < kBarMenuOperations) {
-      const std::string name = caption.substr(caption.find(':') + 1);
-      EXPECT_EQ(std::string(barCaption).rfind(name, 0), 0u) << caption << " / " << barCaption;
-    } else {
-      EXPECT_TRUE(barCaption.empty());
-    }
-  }
-  EXPECT_EQ(shown, 9);
+  EXPECT_EQ(ChooseFromBarMenu(s, Modes{}, BarOperation::OpenScore, confirm), BarMenuOutcome::Ignored);
 }
