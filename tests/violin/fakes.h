@@ -1,7 +1,6 @@
 #pragma once
-// Fakes for the desktop the logic reaches through. Every player, the fingerboard and
-// the staff view write into one log, so a test sees the order of sound and picture
-// across them all; each player also keeps its own (pitch, velocity) list.
+// Fakes for the desktop: players, fingerboard and staff view write into one log, so a
+// test sees the order of sound and picture across them all.
 #include <set>
 #include <string>
 #include <utility>
@@ -23,7 +22,7 @@ inline TuningTables MarkedTuning() {
   return t;
 }
 
-// "player1 p(60) 100" when the pitch came from the table, the raw number otherwise.
+// "p(60)" when the pitch came from the table, the raw number otherwise.
 inline std::string PitchText(int pitch) {
   if (pitch % 256 == kMarkedPitchOffset) return "p(" + std::to_string(pitch / 256) + ")";
   return std::to_string(pitch);
@@ -31,36 +30,34 @@ inline std::string PitchText(int pitch) {
 
 class FakePlayer : public NotePlayer {
  public:
-  FakePlayer(Log& log, int id) : log_(log), id_(id) {}
-  void Instrument(int number) override { log_.push_back("player" + std::to_string(id_) + " inst " + std::to_string(number)); }
+  FakePlayer(Log& log, int id) : log_(log), name_("player" + std::to_string(id) + " ") {}
+  void Instrument(int number) override { log_.push_back(name_ + "inst " + std::to_string(number)); }
   void PlayNote(int pitch, int velocity) override {
-    log_.push_back("player" + std::to_string(id_) + " " + PitchText(pitch) + " " + std::to_string(velocity));
+    log_.push_back(name_ + PitchText(pitch) + " " + std::to_string(velocity));
     notes.push_back({pitch, velocity});
   }
   // Pitches started and not ended again by the end of the list.
   std::vector<int> StillSounding() const {
     std::vector<int> open;
-    for (auto [pitch, velocity] : notes) {
-      if (velocity > 0) open.push_back(pitch);
-      else std::erase(open, pitch);
-    }
+    for (auto [pitch, velocity] : notes) velocity > 0 ? open.push_back(pitch) : (void)std::erase(open, pitch);
     return open;
   }
   std::vector<std::pair<int, int>> notes;  // (pitch, velocity) in call order
 
  private:
   Log& log_;
-  int id_;
+  std::string name_;
 };
 
 class FakeFingerboard : public FingerboardView {
  public:
   explicit FakeFingerboard(Log& log) : log_(log) {}
-  void ShowFinger(int string, int cell) override { log_.push_back("G " + std::to_string(string) + "/" + std::to_string(cell)); }
-  void HideFinger(int string, int cell) override { log_.push_back("GF " + std::to_string(string) + "/" + std::to_string(cell)); }
+  void ShowFinger(int string, int cell) override { log_.push_back("G " + Place(string, cell)); }
+  void HideFinger(int string, int cell) override { log_.push_back("GF " + Place(string, cell)); }
   void ShowCleanViolin() override { log_.push_back("clean"); }
 
  private:
+  static std::string Place(int string, int cell) { return std::to_string(string) + "/" + std::to_string(cell); }
   Log& log_;
 };
 
@@ -77,7 +74,7 @@ class FakeClock : public Clock {
   double now = 1e9;  // far from zero, so elapsed time and raw clock differ
 };
 
-// Seven players and a fingerboard on one log.
+// Every player and the fingerboard on one log.
 struct FakeSound {
   Log log;
   std::vector<FakePlayer> players;
@@ -88,19 +85,16 @@ struct FakeSound {
     for (int k = 0; k < kNotePlayers; ++k) ports.players[k] = &players[k];
     ports.view = &view;
   }
-  // Log lines of the fingerboard only: "G s/c" shown, "GF s/c" taken away, "clean".
-  Log Fingerboard() const {
-    Log out;
-    for (const auto& line : log)
-      if (line.rfind("player", 0) != 0) out.push_back(line);
-    return out;
-  }
-  // Log lines of one player only.
+  // Lines of the fingerboard only: "G s/c" shown, "GF s/c" taken away, "clean".
+  Log Fingerboard() const { return Lines([](const std::string& l) { return l.rfind("player", 0) != 0; }); }
   Log Of(int id) const {
-    Log out;
     const std::string prefix = "player" + std::to_string(id) + " ";
-    for (const auto& line : log)
-      if (line.rfind(prefix, 0) == 0) out.push_back(line);
+    return Lines([&](const std::string& l) { return l.rfind(prefix, 0) == 0; });
+  }
+  template <class Keep>
+  Log Lines(Keep keep) const {
+    Log out;
+    for (const auto& line : log) if (keep(line)) out.push_back(line);
     return out;
   }
 };
@@ -115,16 +109,13 @@ class FakeStaffView : public StaffView {
   Log& log_;
 };
 
-// The score list beside the staff: each row a score that SetNotes loads onto the staff.
+// Each row a score that SetNotes loads onto the staff.
 class FakeScoreList : public ScoreList {
  public:
   FakeScoreList(Log& log, Staff& staff, const Modes& modes) : log_(log), staff_(staff), modes_(modes) {}
   int Rows() const override { return static_cast<int>(scores.size()); }
   int SelectedRow() const override { return selected; }
-  void Select(int row) override {
-    selected = row;
-    log_.push_back("select " + std::to_string(row));
-  }
+  void Select(int row) override { selected = row, log_.push_back("select " + std::to_string(row)); }
   void SetNotes() override {
     log_.push_back("load " + std::to_string(selected) + (modes_.loading ? " reading" : ""));
     staff_.notes.resize(1);
@@ -143,8 +134,7 @@ class FakeScoreList : public ScoreList {
 class FakeConfirm : public Confirm {
  public:
   bool Ask(const std::string& message, const std::string&, const std::string&) override {
-    asked.push_back(message);
-    return answer;
+    return asked.push_back(message), answer;
   }
   bool answer = true;
   std::vector<std::string> asked;
