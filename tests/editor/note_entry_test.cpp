@@ -1,10 +1,14 @@
-// Note entry by double click and by the fingerboard, and the buttons that shape it.
+// Notes entered by double click and by the fingerboard, then dragged, dropped, deleted
+// and hovered over.
 #include <gtest/gtest.h>
 
 #include "editor/note_entry.h"
+#include "editor/note_gestures.h"
 #include "score/note_tables.h"
+#include "violin/fakes.h"
 
 using namespace lirenza;
+using namespace lirenza::testing;
 
 namespace {
 // A double click at window-canvas x, y: two presses five ticks apart.
@@ -17,8 +21,30 @@ bool DoubleClick(Staff& s, EntryState& e, long long& ticks, int x, int y) {
 // Where a note sits and what it is: "left,top pitch token picture".
 std::string Show(const Note& n) {
   return std::to_string(n.left) + "," + std::to_string(n.top) + " " + std::to_string(n.pitch) + " " + n.token +
-         " " + n.picture + (n.stemDown ? " down" : "");
+         " " + n.picture;
 }
+Staff OneNote(const char* token, int left, int top, int keySignature = 0) {
+  Staff s;
+  s.keySignature = keySignature;
+  Note& n = s.AddNote(Note{});
+  FillFromToken(n, token);
+  n.keyShift = KeySignatureShift(keySignature, n.linePitch);
+  RespellToken(n);
+  n.left = left;
+  n.top = top;
+  return s;
+}
+struct Gestures : ::testing::Test {
+  TuningTables tuning;
+  FakeSound rig;
+  Gestures() { TuneToKey(tuning, 0); }
+  // Press at (5, 18) inside the note, drag by (dx, dy), release.
+  void Drag(Staff& s, int index, int dx, int dy, long long ticks) {
+    ASSERT_EQ(NoteMouseDown(s, index, ticks, false, 5, 18), PressResult::Claimed);
+    NoteMouseDrag(s, index, ticks + 2, 5 + dx, 18 + dy, rig.ports, tuning);
+    NoteMouseUp(s, index, rig.ports, tuning);
+  }
+};
 }  // namespace
 
 // Each click makes a note where it lands, snapped to the grid, clear of the bar lines and
@@ -40,6 +66,7 @@ TEST(NoteEntry, DoubleClicksPlaceNotesOnTheGrid) {
   for (const auto& c : clicks) {
     ASSERT_TRUE(DoubleClick(s, e, t, c.x, c.y));
     EXPECT_EQ(Show(s.notes.back()), c.note) << c.x << "," << c.y;
+    EXPECT_EQ(s.notes.back().stemDown, false) << "entry leaves position alone";
     EXPECT_EQ(s.entryLeft, s.notes.back().left + 32);
     EXPECT_EQ(s.entryTop, s.notes.back().top);
   }
@@ -67,7 +94,7 @@ TEST(NoteEntry, LengthButtonsSetDigitSpacingAndRestRows) {
     int button;
     const char* durationDigit;
     int space;
-  } cases[] = {{0, "0", 48}, {4, "4", 32}, {11, "B", 16}, {15, "F", 8}, {24, "8", 16}};
+  } cases[] = {{0, "0", 48}, {11, "B", 16}, {15, "F", 8}};
   for (const auto& c : cases) {
     Staff s;
     EntryState e;
@@ -85,47 +112,103 @@ TEST(NoteEntry, LengthButtonsSetDigitSpacingAndRestRows) {
   EXPECT_EQ(Show(s.notes[1]), "136,111 0 0004 r4");
   EXPECT_EQ(s.notes[2].top, 129);
   EXPECT_EQ(s.notes[3].top, 147);
-  for (int v = 1; v < 9; ++v)
-    EXPECT_GT(std::stoi(VelocityDigitFor(v), nullptr, 16), std::stoi(VelocityDigitFor(v - 1), nullptr, 16));
 }
 
-TEST(EnterPlayedNote, TheFingerboardKeepsThePitchPlayedAndTheSignatureWins) {
+TEST(NoteEntry, TheFingerboardKeepsThePitchPlayedAndTheSignatureWins) {
   const struct {
     int keySignature, playedPitch, playedSign;
     const char* note;
     int accidental, accidentalSign, keyShift;
   } cases[] = {
-      {0, 60, 0, "136,120 60 C494 n4", 0, 0, 0},
-      {0, 60, 1, "136,120 61 C4#94 n4", 1, 1, 0},   // C sharp from a black key
-      {0, 64, 2, "136,114 63 E4b94 n4", -1, 2, 0},  // E flat with Option
-      {1, 65, 0, "136,111 66 F4#94 n4", 0, 0, 1},   // F natural pressed in G major enters F sharp
-      {1, 65, 1, "136,111 66 F4#94 n4", 0, 0, 1},   // the sign is ignored where the key acts
-      {0, 98, 0, "136,57 98 D794 u4", 0, 0, 0},     // clamped place, pitch kept
-      {0, 36, 0, "136,162 36 C294 n4", 0, 0, 0},
+      {0, 64, 2, "136,114 63 E4b98 n8", -1, 2, 0},  // E flat with Option
+      {1, 65, 0, "136,111 66 F4#98 n8", 0, 0, 1},   // F natural pressed in G major enters F sharp
+      {1, 65, 1, "136,111 66 F4#98 n8", 0, 0, 1},   // the sign is ignored where the key acts
+      {0, 98, 0, "136,57 98 D798 u8", 0, 0, 0},     // clamped place, pitch kept
+      {0, 36, 0, "136,162 36 C298 n8", 0, 0, 0},
   };
   for (const auto& c : cases) {
     Staff s;
     s.keySignature = c.keySignature;
     EntryState e;
+    ChooseLength(s, e, {}, 8);
     EnterPlayedNote(s, e, c.playedPitch, c.playedSign);
     const Note& n = s.notes[1];
     EXPECT_EQ(Show(n), c.note);
-    EXPECT_EQ(n.linePitch, c.playedPitch);
-    EXPECT_EQ(std::vector<int>({n.accidental, n.accidentalSign, n.keyShift}),
-              std::vector<int>({c.accidental, c.accidentalSign, c.keyShift})) << c.note;
-    EXPECT_EQ(s.entryLeft, 136 + 32);
+    EXPECT_EQ(std::vector<int>({n.linePitch, n.accidental, n.accidentalSign, n.keyShift}),
+              std::vector<int>({c.playedPitch, c.accidental, c.accidentalSign, c.keyShift})) << c.note;
+    EXPECT_EQ(s.entryLeft, 136 + 32) << "the fingerboard steps 32 whatever the length";
   }
-  // With an eighth-note button the fingerboard still steps 32; a rest from it keeps the
-  // pitch as its line and steps by the button's spacing.
-  Staff s;
-  EntryState e;
-  ChooseLength(s, e, {}, 8);
-  EnterPlayedNote(s, e, 60, 0);
-  EnterPlayedNote(s, e, 62, 0);
-  EXPECT_EQ(s.notes[2].left - s.notes[1].left, 32);
-  ChooseLength(s, e, {}, 24);
-  EnterPlayedNote(s, e, 67, 0);
-  EXPECT_EQ(s.notes[3].linePitch, 67);
-  EXPECT_EQ(s.notes[3].top, 111);
-  EXPECT_EQ(s.entryLeft, s.notes[3].left + 16);
+}
+
+// A drop snaps to the grid and reads the pitch of its new line under the key, with the
+// sign the note carries.
+TEST_F(Gestures, DropSnapsAndReadsThePitchOfItsNewLine) {
+  const struct {
+    const char* token;
+    int keySignature, accidentalSign, left, top, dx, dy;
+    const char* after;
+  } cases[] = {
+      {"E498", 0, 0, 304, 114, 1, 5, "304,120 60 C498 n8"},
+      {"C498", 0, 0, 900, 120, 400, 0, "960,120 60 C498 n8"},
+      {"C498", 1, 0, 304, 120, 0, -9, "304,111 66 F4#98 n8"},    // G major: F's line sounds F sharp
+      {"C498", 1, 3, 304, 120, 0, -9, "304,111 65 F498 n8"},     // a natural cancels the key
+      {"C498", 8, 0, 304, 120, 0, -18, "304,102 70 A4#98 n8"},   // F major's B flat spelled A sharp
+      {"E4b98", 0, 2, 304, 114, 0, -12, "304,102 70 B4b98 n8"},  // a flat travels with the note
+      {"C498", 0, 0, 304, 120, 0, -42, "304,78 84 C698 u8"},
+  };
+  for (const auto& c : cases) {
+    Staff s = OneNote(c.token, c.left, c.top, c.keySignature);
+    s.notes[1].accidentalSign = c.accidentalSign;
+    Drag(s, 1, c.dx, c.dy, 1000);
+    EXPECT_EQ(Show(s.notes[1]), c.after);
+    EXPECT_EQ(s.notes[1].stemDown, c.after[std::string(c.after).size() - 2] == 'u') << c.after;
+    EXPECT_EQ(s.entryLeft, s.notes[1].left + 32);
+    EXPECT_EQ(s.entryTop, s.notes[1].top);
+  }
+  Staff s = OneNote("C498", 304, 120);
+  s.AddNote(OneNote("E498", 400, 114).notes[1]);
+  Drag(s, 2, -96, 6, 1000);
+  EXPECT_EQ(Show(s.notes[2]), "304,126 57 A398 u8") << "onto another note: moved down, pitch from where it ends";
+  Staff r = OneNote("0008", 300, 111);
+  Drag(r, 1, 3, 40, 1000);
+  EXPECT_EQ(Show(r.notes[1]), "304,147 60 C408 ") << "a rest keeps its token";
+  EXPECT_EQ(r.entryLeft, 300) << "the press put the entry column, the drop leaves it";
+}
+
+TEST(NotePress, DoubleClickDeletesBackspaceDeletesTwoNotesAreNoDoubleClick) {
+  Staff s = OneNote("C498", 300, 120);
+  s.AddNote(OneNote("C498", 400, 120).notes[1]);
+  EXPECT_EQ(NoteMouseDown(s, 1, 1000, false, 1, 1), PressResult::Claimed);
+  EXPECT_EQ(NoteMouseDown(s, 2, 1010, false, 1, 1), PressResult::Claimed) << "another note: no double click";
+  EXPECT_EQ(NoteMouseDown(s, 1, 1029, false, 1, 1), PressResult::Deleted);
+  EXPECT_EQ(s.NoteCount(), 1);
+  EXPECT_EQ(s.entryLeft, 300) << "the next entry replaces it in time";
+  EXPECT_EQ(NoteMouseDown(s, 1, 1100, true, 1, 1), PressResult::Contextual);
+  EXPECT_FALSE(NoteKeyDown(s, 1, 'a'));
+  EXPECT_TRUE(NoteKeyDown(s, 1, 8));
+  EXPECT_FALSE(NoteKeyDown(s, 1, 8)) << "a note that is gone takes no key";
+}
+
+// Hover, a long press without moving (the sound stops), drag, drop, leave; then a quick
+// drag after hovering. The score's player hears each start end, the finger comes and goes.
+TEST_F(Gestures, HoverDragAndDropLeaveNothingSounding) {
+  Staff s = OneNote("C498", 300, 120);
+  NoteMouseEnter(s, 1, rig.ports, tuning, 0);
+  const int c4 = static_cast<int>(tuning.pitches[60]);
+  EXPECT_EQ(rig.players[1].notes, (std::vector<std::pair<int, int>>{{c4, 75}}));
+  NoteMouseDown(s, 1, 1000, false, 5, 18);
+  NoteMouseDrag(s, 1, 1040, 5, 18, rig.ports, tuning);
+  EXPECT_EQ(rig.players[1].notes.back(), std::make_pair(c4, 0));
+  NoteMouseDrag(s, 1, 1041, 5, 30, rig.ports, tuning);
+  NoteMouseUp(s, 1, rig.ports, tuning);
+  NoteMouseExit(s, 1, rig.ports, tuning, 0);
+  EXPECT_TRUE(rig.players[1].StillSounding().empty());
+  EXPECT_EQ(rig.Fingerboard().front(), "G 4/5");
+  EXPECT_EQ(rig.Fingerboard().back(), "GF 4/5");
+  Staff t = OneNote("E498", 300, 114);
+  NoteMouseEnter(t, 1, rig.ports, tuning, 0);
+  Drag(t, 1, 0, 30, 2000);
+  NoteMouseExit(t, 1, rig.ports, tuning, 0);
+  EXPECT_TRUE(rig.players[1].StillSounding().empty());
+  EXPECT_TRUE(rig.players[0].notes.empty()) << "hover plays on the score's player only";
 }

@@ -1,0 +1,165 @@
+// The note menu, the key menu with its octave items, and the time menu.
+#include <gtest/gtest.h>
+
+#include "editor/key_time.h"
+#include "editor/note_menu.h"
+#include "score/note_tables.h"
+#include "violin/fakes.h"
+
+using namespace lirenza;
+using namespace lirenza::testing;
+
+namespace {
+Note Made(const char* token, int top = 120, int keyShift = 0) {
+  Note n;
+  FillFromToken(n, token);
+  n.keyShift = keyShift;
+  n.top = top;
+  n.picture = "n" + n.durationDigit;
+  RespellToken(n);
+  return n;
+}
+// "top pitch token picture sign/accidental"
+std::string Show(const Note& n) {
+  return std::to_string(n.top) + " " + std::to_string(n.pitch) + " " + n.token + " " + n.picture + " " +
+         std::to_string(n.accidentalSign) + "/" + std::to_string(n.accidental);
+}
+// C4, F4, B4 entered in C major at their entry places, and a rest.
+Staff Melody() {
+  Staff s;
+  const std::pair<const char*, int> notes[] = {{"C498", 120}, {"F498", 111}, {"B498", 102}, {"0008", 111}};
+  for (auto [token, top] : notes) s.AddNote(Made(token, top)).left = 104 + 32 * s.NoteCount();
+  s.notes[4].picture = "r8";
+  return s;
+}
+using Kind = NoteMenuChoice::Kind;
+const NoteMenuChoice kTurn{Kind::NoteOrRest, 0};
+}  // namespace
+
+TEST(NoteMenu, OpeningStopsTheSoundAndChecksThePresentValues) {
+  TuningTables tuning;
+  TuneToKey(tuning, 0);
+  FakeSound rig;
+  for (auto [token, checked] : {std::pair{"C494", "9:m 4:4音符 0:   "}, {"E4bFb", "F:fff B:16音符 2:b "}}) {
+    std::string shown;
+    for (const NoteMenu& menu : OpenNoteMenu(Made(token), rig.ports, tuning))
+      for (const NoteMenuItem& item : menu.items)
+        if (item.checked) shown += item.caption + " ";
+    EXPECT_EQ(shown, checked);
+  }
+  const int c4 = static_cast<int>(tuning.pitches[60]), e4flat = static_cast<int>(tuning.pitches[63]);
+  EXPECT_EQ(rig.players[1].notes, (std::vector<std::pair<int, int>>{{c4, 0}, {e4flat, 0}}));
+}
+
+// Every item the menu shows does what its caption says: the digit before the colon is
+// the loudness, length or sign the note takes.
+TEST(NoteMenu, EachShownItemSetsTheValueItsCaptionNames) {
+  TuningTables tuning;
+  FakeSound rig;
+  const Note start = Made("C494");
+  for (const NoteMenu& menu : OpenNoteMenu(start, rig.ports, tuning)) {
+    for (const NoteMenuItem& item : menu.items) {
+      EXPECT_EQ(item.caption, NoteMenuCaption(item.choice));
+      Note n = start;
+      ASSERT_TRUE(ChooseFromNoteMenu(n, Modes{}, item.choice));
+      const std::string digit = item.caption.substr(0, 1);
+      switch (item.choice.kind) {
+        case Kind::Loudness: EXPECT_EQ(n.velocityDigit, digit) << item.caption; break;
+        case Kind::Length: EXPECT_EQ(n.durationDigit, digit) << item.caption; break;
+        case Kind::Accidental: EXPECT_EQ(n.accidentalSign, std::stoi(digit)) << item.caption; break;
+        case Kind::NoteOrRest: EXPECT_TRUE(n.IsRest()); break;
+        case Kind::Separator: EXPECT_EQ(n, start); break;
+      }
+    }
+  }
+}
+
+// A note turned into a rest and back, through the items in turn, at two heights.
+TEST(NoteMenu, ActionsChangeTheNoteInPlace) {
+  const struct {
+    Note note;
+    std::vector<NoteMenuChoice> items;
+    const char* after;
+  } cases[] = {
+      {Made("C494"), {{Kind::Loudness, 13}}, "120 60 C4D4 n4 0/0"},
+      {Made("F494", 111, 1), {{Kind::Accidental, 1}}, "111 67 G494 n4 1/1"},  // sharp on a raised line
+      {Made("F4#94", 111), {{Kind::Accidental, 0}}, "111 65 F494 n4 0/0"},
+      {Made("C494"), {{Kind::Length, 8}}, "120 60 C498 n8 0/0"},
+      {Made("C494"), {{Kind::Loudness, 0}}, "142 60 C404 r4 0/0"},
+      {Made("E594", 90), {kTurn}, "106 76 E504 r4 0/0"},
+      {Made("G4D4", 108), {{Kind::Loudness, 0}, {Kind::Length, 2}, kTurn}, "106 67 G492 n2 0/0"},
+      {Made("C394", 141), {{Kind::Loudness, 0}, kTurn, {Kind::Length, 8}}, "142 48 C398 u8 0/0"},
+  };
+  for (const auto& c : cases) {
+    Note n = c.note;
+    for (const NoteMenuChoice& item : c.items) EXPECT_TRUE(ChooseFromNoteMenu(n, Modes{}, item));
+    EXPECT_EQ(Show(n), c.after);
+    EXPECT_EQ(n.stemDown, n.picture[0] == 'u') << c.after;
+  }
+  Note rest = Made("0004", 111);
+  rest.pitch = rest.linePitch = 0;
+  ChooseFromNoteMenu(rest, Modes{}, kTurn);
+  EXPECT_EQ(rest.token, "0094") << "a rest entered on the staff has no pitch to come back to";
+}
+
+// Each key item moves the notes line by line to the new key and retunes; the octave
+// items move by 21 pixels; rests and notes' own signs stay.
+TEST(KeyMenu, KeysAndOctavesMoveTheNotesAndRetune) {
+  const struct {
+    int fromKey, item;
+    const char* notes;
+  } cases[] = {
+      {0, 1, "108 67 G498 n8 0/0|99 72 C598 n8 0/0|90 78 F5#98 n8 0/0|"},
+      {0, 8, "132 53 F398 u8 0/0|123 58 A3#98 u8 0/0|114 64 E498 n8 0/0|"},
+      {1, 8, "144 46 A2#98 u8 0/0|135 52 E398 u8 0/0|126 57 A398 u8 0/0|"},
+      {3, 3, "120 60 C498 n8 0/0|111 65 F498 n8 0/0|102 71 B498 n8 0/0|"},
+      {5, kOctaveUpItem, "99 73 C5#98 n8 0/0|90 78 F5#98 n8 0/0|81 83 B598 n8 0/0|"},
+      {5, kOctaveDownItem, "141 49 C3#98 u8 0/0|132 54 F3#98 u8 0/0|123 59 B398 u8 0/0|"},
+  };
+  for (const auto& c : cases) {
+    Staff s = Melody();
+    s.keySignature = c.fromKey;
+    TuningTables tuning;
+    ASSERT_TRUE(ChooseKey(s, tuning, Modes{}, c.item));
+    std::string notes;
+    for (int i = 1; i <= 3; ++i) notes += Show(s.notes[i]) + "|";
+    EXPECT_EQ(notes, c.notes) << KeyMenuCaption(c.item);
+    EXPECT_EQ(s.notes[4], Melody().notes[4]) << "rests stay";
+    EXPECT_GT(tuning.pitches[69], 0) << "retuned after every choice";
+  }
+  Staff s = Melody();
+  TuningTables tuning;
+  ASSERT_TRUE(ChooseKey(s, tuning, Modes{}, 1));
+  EXPECT_EQ(tuning.keyName, "ト長調(G)/ホ短調(E)");
+  ASSERT_TRUE(ChooseKey(s, tuning, Modes{}, 0));
+  for (int i = 1; i <= 4; ++i) EXPECT_EQ(s.notes[i].token, Melody().notes[i].token) << "there and back again";
+  EXPECT_FALSE(ChooseKey(s, tuning, Modes{}, kKeyMenuItemCount)) << "no such item";
+}
+
+TEST(KeyMenu, OctavesClampAtTheEndsAndKeepWrittenSigns) {
+  Staff s = Melody();
+  s.notes[2].accidentalSign = 3;  // F natural with its own sign
+  s.notes[2].accidental = -1;
+  TuningTables tuning;
+  for (int i = 0; i < 3; ++i) ChooseKey(s, tuning, Modes{}, kOctaveUpItem);
+  EXPECT_EQ(Show(s.notes[3]), "54 98 D798 u8 0/0") << "held at the top end";
+  EXPECT_EQ(s.notes[2].accidental, -1) << "written signs are not touched";
+  EXPECT_EQ(s.notes[2].pitch, s.notes[2].linePitch - 1);
+  for (int i = 0; i < 5; ++i) ChooseKey(s, tuning, Modes{}, kOctaveDownItem);
+  EXPECT_EQ(Show(s.notes[1]), "159 38 D298 u8 0/0") << "held at the bottom end, one line above entry's";
+}
+
+// A time item changes the pictures to the metre its caption names and moves no note.
+TEST(TimeMenu, PicturesOnly) {
+  for (int t = 0; t < kTimeCount; ++t) {
+    const std::string caption(TimeMenuCaption(t));
+    Staff s = Melody();
+    ASSERT_TRUE(ChooseTime(s, Modes{}, t));
+    EXPECT_EQ(s.timeSignature, t);
+    const bool triple = std::stoi(caption.substr(caption.find(':') + 1)) % 3 == 0;
+    EXPECT_EQ(s.sheetPicture, triple ? "Sheet2" : "Sheet1") << caption;
+    EXPECT_EQ(s.notes, Melody().notes) << caption;
+  }
+  Staff s;
+  EXPECT_FALSE(ChooseTime(s, Modes{}, kTimeCount));
+}
