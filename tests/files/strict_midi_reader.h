@@ -1,7 +1,6 @@
 #pragma once
-// A strict reader of the MIDI files the writer makes, written from the file format
-// alone, for the tests and the fuzzer: it accepts only what every sequencer reads the
-// same way.
+// A strict reader of the MIDI files the writer makes, written from the file format alone:
+// it accepts only what every sequencer reads the same way.
 #include <algorithm>
 #include <cstdint>
 #include <string>
@@ -16,10 +15,7 @@ struct Decoded {
   std::string error;
   long long tempo = -1;
   int program = -1;
-  struct On {
-    long long tick;
-    int key, velocity;
-  };
+  struct On { long long tick; int key, velocity; };
   std::vector<On> notes;  // every 0x90 event with its absolute tick (from the program change)
 };
 
@@ -28,10 +24,7 @@ struct Decoded {
 // at most four bytes, SysEx and meta lengths that fit, End of Track exactly at the end.
 inline Decoded Decode(const Bytes& b) {
   Decoded d;
-  auto fail = [&](const std::string& e) {
-    d.error = e;
-    return d;
-  };
+  auto fail = [&](const std::string& e) { return d.error = e, d; };
   if (b.size() < 22 || std::string(b.begin(), b.begin() + 4) != "MThd") return fail("no header");
   const Bytes header = {0, 0, 0, 6, 0, 0, 0, 1, 0x01, 0xE0};
   if (!std::equal(header.begin(), header.end(), b.begin() + 4)) return fail("header fields");
