@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -18,16 +18,11 @@ namespace lirenza::test {
 
 namespace fs = std::filesystem;
 
-struct CliResult {
-  int exit = -1;
-  std::string out, err;
-};
+struct CliResult { int exit = -1; std::string out, err; };
 
 inline std::string Slurp(const fs::path& path) {
   std::ifstream in(path, std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
 inline std::string ShellQuote(const std::string& s) {
@@ -45,24 +40,19 @@ class CliTest : public ::testing::Test {
     const char* cli = std::getenv("LIRENZA_CLI");
     if (!cli) GTEST_SKIP() << "LIRENZA_CLI is not set";
     cli_ = cli;
-    char work[] = "/tmp/lirenza-cli-XXXXXX";
-    char io[] = "/tmp/lirenza-cli-io-XXXXXX";
-    ASSERT_NE(::mkdtemp(work), nullptr);
-    ASSERT_NE(::mkdtemp(io), nullptr);
+    char work[] = "/tmp/lirenza-cli-XXXXXX", io[] = "/tmp/lirenza-cli-io-XXXXXX";
+    ASSERT_TRUE(::mkdtemp(work) && ::mkdtemp(io));
     dir = work;
     io_ = io;
   }
   void TearDown() override {
     std::error_code ec;
-    if (!dir.empty()) fs::remove_all(dir, ec);
-    if (!io_.empty()) fs::remove_all(io_, ec);
+    if (!dir.empty()) fs::remove_all(dir, ec), fs::remove_all(io_, ec);
   }
 
   fs::path P(const std::string& name) const { return dir / name; }
   std::string S(const std::string& name) const { return P(name).string(); }
-  void Write(const std::string& name, const std::string& bytes) const {
-    std::ofstream(P(name), std::ios::binary) << bytes;
-  }
+  void Write(const std::string& name, const std::string& bytes) const { std::ofstream(P(name), std::ios::binary) << bytes; }
   // Names in the test's folder, hidden ones too, for what a failed run left behind.
   std::vector<std::string> Entries() const {
     std::vector<std::string> names;
@@ -75,18 +65,14 @@ class CliTest : public ::testing::Test {
   CliResult Run(const std::vector<std::string>& args, const std::vector<std::string>& env = {},
                 const std::string& program = "") const {
     std::string cmd;
-    for (const auto& e : env) {
-      const auto eq = e.find('=');
-      cmd += e.substr(0, eq + 1) + ShellQuote(e.substr(eq + 1)) + " ";
-    }
+    for (const auto& e : env) cmd += e.substr(0, e.find('=') + 1) + ShellQuote(e.substr(e.find('=') + 1)) + " ";
     cmd += program.empty() ? ShellQuote(cli_) : program;
     for (const auto& a : args) cmd += " " + ShellQuote(a);
     const fs::path out = io_ / "out", err = io_ / "err";
     cmd += " >" + ShellQuote(out.string()) + " 2>" + ShellQuote(err.string()) + " </dev/null";
     const int status = std::system(cmd.c_str());
     CliResult r{WIFEXITED(status) ? WEXITSTATUS(status) : -1, Slurp(out), Slurp(err)};
-    fs::remove(out);
-    fs::remove(err);
+    fs::remove(out), fs::remove(err);
     return r;
   }
 
