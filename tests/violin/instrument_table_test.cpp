@@ -123,16 +123,18 @@ TEST(InstrumentTable, BankAndProgramOfANumber) {
   EXPECT_EQ(BankProgramOf(0).bank * 128 + BankProgramOf(0).program, 0) << "no instrument: the first program";
 }
 
-TEST(InstrumentTable, MenusChooseAnInstrumentOrFallBackToTheViolin) {
-  const GroupChoice strings = ChooseInstrumentGroup(5);
-  EXPECT_EQ(strings.instrument, kViolin);
-  EXPECT_EQ(strings.caption, "弦楽器系");
-  EXPECT_EQ(strings.rows.size(), 9u);
-  EXPECT_EQ(ChooseInstrumentGroup(17).instrument, 16385);
-  EXPECT_TRUE(ChooseInstrumentGroup(kInstrumentSeparator).rows.empty());
-  struct Row {
-    int group, row, number;
-  } rows[] = {{5, 8, 1065}, {0, 20, 3079}, {17, 4, 16410}, {15, 40, 512}, {kInstrumentSeparator, 0, kViolin},
-              {0, 21, kViolin}, {-1, 0, kViolin}, {18, 0, kViolin}, {5, -1, kViolin}};
-  for (const auto& r : rows) EXPECT_EQ(InstrumentFromMenus(r.group, r.row), r.number) << r.group << "," << r.row;
+// A score stores the group and row of its instrument: a row that moves or changes
+// makes every saved score that chose it play something else.
+TEST(InstrumentTable, SavedMenuValuesKeepTheirInstrument) {
+  std::uint64_t hash = 14695981039346656037ull;  // FNV-1a over every row in menu order
+  for (const InstrumentEntry& e : AllInstruments()) {
+    EXPECT_EQ(InstrumentFromMenus(e.group, e.row), e.number) << e.name;
+    for (char c : std::to_string(e.group) + "," + std::to_string(e.row) + "," + std::to_string(e.number) + std::string(e.name) + ";")
+      hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211ull;
+  }
+  EXPECT_EQ(hash, 5976870562790487306ull) << "a row moved or changed";
+  EXPECT_EQ(ChooseInstrumentGroup(5).instrument, kViolin) << "choosing a group selects its first row";
+  EXPECT_EQ(ChooseInstrumentGroup(5).caption, "弦楽器系");
+  for (auto [group, row] : {std::pair{kInstrumentSeparator, 0}, {0, 21}, {-1, 0}, {18, 0}, {5, -1}})
+    EXPECT_EQ(InstrumentFromMenus(group, row), kViolin) << "no such row: " << group << "," << row;
 }
