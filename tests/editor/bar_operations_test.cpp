@@ -13,26 +13,14 @@ namespace {
 // One note per bar at the bar's second column: C4 in bar 0, D4 in bar 1, ...
 Staff Bars(int count) {
   Staff s;
-  const char* names[] = {"C4", "D4", "E4", "F4", "G4", "A4", "B4", "C5", "D5", "E5"};
   for (int b = 0; b < count; ++b) {
-    Note n;
-    FillFromToken(n, std::string(names[b % 10]) + "94");
+    Note& n = s.AddNote(Note{});
+    FillFromToken(n, std::string(1, "CDEFGAB"[b % 7]) + "494");
     n.left = 128 + 144 * b;
     n.top = 120 - 3 * b;
     n.picture = "n4";
-    s.AddNote(n);
   }
   return s;
-}
-Staff AtLefts(std::initializer_list<int> lefts) {
-  Staff s;
-  for (int left : lefts) s.AddNote(Note{}).left = left;
-  return s;
-}
-std::vector<int> Lefts(const Staff& s) {
-  std::vector<int> out;
-  for (size_t i = 1; i < s.notes.size(); ++i) out.push_back(s.notes[i].left);
-  return out;
 }
 using V = std::vector<std::string>;
 V TokensByLeft(const Staff& s) {
@@ -45,44 +33,43 @@ V TokensByLeft(const Staff& s) {
 }  // namespace
 
 TEST(BarOperations, CutClearInsertAndPaste) {
-  struct Case {
-    const char* name;
+  const struct {
     int target, copied;
     void (*op)(Staff&);
     V after;
   } cases[] = {
-      {"cut bar 0", 0, 0, BarDelete, {"128:D494", "272:E494"}},
-      {"cut bar 1", 1, 0, BarDelete, {"128:C494", "272:E494"}},
-      {"clear bar 1", 1, 0, BarClear, {"128:C494", "416:E494"}},
-      {"insert at bar 1", 1, 0, BarAdd, {"128:C494", "416:D494", "560:E494"}},
-      {"paste bar 0 onto bar 2", 2, 0, BarCopy, {"128:C494", "272:D494", "416:C494"}},
-      {"paste onto itself empties it", 1, 1, BarCopy, {"128:C494", "416:E494"}},
-      {"paste onto an empty bar", 4, 1, BarCopy, {"128:C494", "272:D494", "416:E494", "704:D494"}},
+      {0, 0, BarDelete, {"128:D494", "272:E494"}},
+      {1, 0, BarDelete, {"128:C494", "272:E494"}},
+      {1, 0, BarClear, {"128:C494", "416:E494"}},
+      {1, 0, BarAdd, {"128:C494", "416:D494", "560:E494"}},
+      {2, 0, BarCopy, {"128:C494", "272:D494", "416:C494"}},
+      {1, 1, BarCopy, {"128:C494", "416:E494"}},  // a bar pasted onto itself empties it
+      {4, 1, BarCopy, {"128:C494", "272:D494", "416:E494", "704:D494"}},
   };
   for (const auto& c : cases) {
     Staff s = Bars(3);
     s.selectedBar = c.target;
     s.copiedBar = c.copied;
     c.op(s);
-    EXPECT_EQ(TokensByLeft(s), c.after) << c.name;
+    EXPECT_EQ(TokensByLeft(s), c.after) << c.after[0];
     EXPECT_EQ(s.notes[0].left, 120) << "the template never moves";
   }
-  Staff s = AtLefts({200, 10232, 300});
+  Staff s = Bars(3);
+  s.notes[2].left = 10232;
   BarAdd(s);
-  EXPECT_EQ(Lefts(s), (std::vector<int>{344, 10232, 300})) << "past 10224 the walk stops, in entry order";
+  EXPECT_EQ(std::vector<int>({s.notes[1].left, s.notes[2].left, s.notes[3].left}), std::vector<int>({272, 10232, 416}))
+      << "past 10224 the walk stops; notes behind it in entry order stay";
 }
 
 // The user copies bar 2, a note and a chord with signs and pictures, scrolls five bars
 // on and pastes onto the bar third from the left: bar 8 of the score gets an exact copy.
 TEST(BarOperations, CopyScrollPasteCopiesTheBarTheUserChose) {
   Staff s = Bars(12);
-  Note chord;
+  Note& chord = s.AddNote(s.notes[3]);
   FillFromToken(chord, "F4#94");
-  chord.left = s.notes[3].left;
   chord.top = 108;
   chord.stemDown = true;
   chord.picture = "u4";
-  s.AddNote(chord);
   s.keySignature = 5;  // nothing is read again under the key
   s.selectedBar = 2;
   BarCopyMark(s);
@@ -101,48 +88,39 @@ TEST(BarOperations, CopyScrollPasteCopiesTheBarTheUserChose) {
 }
 
 TEST(BarOperations, DoubleWritesTheScoreOutTwiceUpTo36Bars) {
-  struct Case {
-    int lastLeft, copies, offset;
-  } cases[] = {{240, 2, 144}, {136, 2, 0}, {5304, 2, 5184}, {5328, 0, 0}};
-  for (const auto& c : cases) {
-    Staff s = AtLefts({128, c.lastLeft});
+  for (auto [lastLeft, offset] : {std::pair{240, 144}, {136, 0}, {5304, 5184}, {5328, -1}}) {
+    Staff s = Bars(2);
+    s.notes[2].left = lastLeft;
     ScrollTo(s, 288);
     BarDouble(s);
     EXPECT_EQ(s.scrollValue, 0);
-    std::vector<int> want = {128, c.lastLeft};
-    if (c.copies) want.insert(want.end(), {128 + c.offset, c.lastLeft + c.offset});
-    EXPECT_EQ(Lefts(s), want);
+    std::vector<int> lefts, want = {128, lastLeft};
+    for (const Note& n : s.notes) lefts.push_back(n.left);
+    if (offset >= 0) want.insert(want.end(), {128 + offset, lastLeft + offset});
+    EXPECT_EQ(std::vector(lefts.begin() + 1, lefts.end()), want);
   }
 }
 
-TEST(BarOperations, MenusDeleteAllOnTwoRoads) {
+TEST(BarOperations, DeleteAllAsksOnlyWhenItMust) {
   FakeConfirm confirm;
+  confirm.answer = false;
   Staff s = Bars(3);
   s.keySignature = 4;
-  EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::DeleteAll, 20, 78, confirm), BarMenuOutcome::Done);
-  EXPECT_TRUE(confirm.asked.empty()) << "an unchanged score is cleared without asking";
-  EXPECT_EQ(s.NoteCount(), 0);
+  ChooseFromStaffMenu(s, BarOperation::DeleteAll, 20, 78, confirm);
+  EXPECT_EQ(s.NoteCount(), 0) << "an unchanged score is cleared without asking";
   EXPECT_EQ(s.keySignature, 4);
   s = Bars(3);
   s.hasChanges = true;
-  confirm.answer = false;
   ChooseFromStaffMenu(s, BarOperation::DeleteAll, 20, 78, confirm);
   EXPECT_EQ(confirm.asked, (V{"楽譜の音符を全部削除しますか？"}));
   EXPECT_EQ(s.NoteCount(), 3) << "cancel changes nothing";
   confirm.answer = true;
   s.title = "曲";
-  s.keySignature = 4;
   ChooseFromBarMenu(s, Modes{}, BarOperation::DeleteAll, confirm);
-  EXPECT_EQ(confirm.asked.size(), 2u) << "the menu road always asks";
-  EXPECT_EQ(s.NoteCount(), 0);
-  EXPECT_EQ(s.title, "");
-  EXPECT_EQ(s.keySignature, 0);
-  // The staff's menu places the entry column at the mouse and carries the file items.
+  EXPECT_EQ(confirm.asked.size(), 2u) << "the menu road always asks, and clears the whole score";
+  EXPECT_EQ(s.NoteCount() + s.title.size() + s.keySignature, 0u);
   s = Bars(3);
   EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::Cut, 44, 78, confirm), BarMenuOutcome::Done);
-  EXPECT_EQ(s.NoteCount(), 2);
-  EXPECT_EQ(s.entryLeft, 160);
-  EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::OpenScore, 0, 0, confirm), BarMenuOutcome::OpenFile);
-  EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::SaveScore, 0, 0, confirm), BarMenuOutcome::SaveFile);
-  EXPECT_EQ(ChooseFromBarMenu(s, Modes{}, BarOperation::OpenScore, confirm), BarMenuOutcome::Ignored);
+  EXPECT_EQ(TokensByLeft(s), (V{"128:D494", "272:E494"}));
+  EXPECT_EQ(s.entryLeft, 160) << "the staff's menu places the entry column at the mouse";
 }

@@ -1,5 +1,4 @@
-// Notes entered by double click and by the fingerboard, then dragged, dropped, deleted
-// and hovered over.
+// Notes entered by double click and by the fingerboard, then dragged, dropped, deleted, hovered.
 #include <gtest/gtest.h>
 
 #include "editor/note_entry.h"
@@ -23,13 +22,10 @@ std::string Show(const Note& n) {
   return std::to_string(n.left) + "," + std::to_string(n.top) + " " + std::to_string(n.pitch) + " " + n.token +
          " " + n.picture;
 }
-Staff OneNote(const char* token, int left, int top, int keySignature = 0) {
+Staff OneNote(const char* token, int left, int top) {
   Staff s;
-  s.keySignature = keySignature;
   Note& n = s.AddNote(Note{});
   FillFromToken(n, token);
-  n.keyShift = KeySignatureShift(keySignature, n.linePitch);
-  RespellToken(n);
   n.left = left;
   n.top = top;
   return s;
@@ -47,8 +43,7 @@ struct Gestures : ::testing::Test {
 };
 }  // namespace
 
-// Each click makes a note where it lands, snapped to the grid, clear of the bar lines and
-// the staff's ends, moved down past a note already there; its pitch is read from its line.
+// Snapped to the grid, clear of bar lines and ends, moved down past a note already there.
 TEST(NoteEntry, DoubleClicksPlaceNotesOnTheGrid) {
   const struct {
     int x, y;
@@ -89,59 +84,31 @@ TEST(NoteEntry, DoubleClickWindowGuardsAndBarSelection) {
   EXPECT_TRUE(EnterNoteAt(s, e, {}, {}, 1510, 20, 78)) << "a press at the right end starts a double click";
 }
 
-TEST(NoteEntry, LengthButtonsSetDigitSpacingAndRestRows) {
-  const struct {
-    int button;
-    const char* durationDigit;
-    int space;
-  } cases[] = {{0, "0", 48}, {11, "B", 16}, {15, "F", 8}};
-  for (const auto& c : cases) {
-    Staff s;
-    EntryState e;
-    ChooseLength(s, e, {}, c.button);
-    long long t = 0;
-    DoubleClick(s, e, t, 20, 78);
-    EXPECT_EQ(s.notes[1].durationDigit, c.durationDigit) << c.button;
-    EXPECT_EQ(s.entryLeft, 136 + c.space) << c.button;
-  }
+TEST(NoteEntry, RestsTakeTheirOwnRowAndStepDownEighteen) {
   Staff s;
   EntryState e;
-  ChooseLength(s, e, {}, 20);  // crotchet rest: its own row, a second one 18 lower
+  ChooseLength(s, e, {}, 20);  // crotchet rest
   long long t = 0;
   for (int y : {60, 60, 100}) DoubleClick(s, e, t, 20, y);
   EXPECT_EQ(Show(s.notes[1]), "136,111 0 0004 r4");
-  EXPECT_EQ(s.notes[2].top, 129);
-  EXPECT_EQ(s.notes[3].top, 147);
+  EXPECT_EQ(std::vector<int>({s.notes[2].top, s.notes[3].top}), std::vector<int>({129, 147}));
 }
 
+// A pitch played on the fingerboard is entered as played where no key acts on its line.
 TEST(NoteEntry, TheFingerboardKeepsThePitchPlayedAndTheSignatureWins) {
-  const struct {
-    int keySignature, playedPitch, playedSign;
-    const char* note;
-    int accidental, accidentalSign, keyShift;
-  } cases[] = {
-      {0, 64, 2, "136,114 63 E4b98 n8", -1, 2, 0},  // E flat with Option
-      {1, 65, 0, "136,111 66 F4#98 n8", 0, 0, 1},   // F natural pressed in G major enters F sharp
-      {1, 65, 1, "136,111 66 F4#98 n8", 0, 0, 1},   // the sign is ignored where the key acts
-      {0, 98, 0, "136,57 98 D798 u8", 0, 0, 0},     // clamped place, pitch kept
-      {0, 36, 0, "136,162 36 C298 n8", 0, 0, 0},
-  };
-  for (const auto& c : cases) {
+  for (auto [key, pitch, sign, note] : {std::tuple{1, 65, 0, "136,111 66 F4#98 n8 sign 0"}, {1, 65, 1, "136,111 66 F4#98 n8 sign 0"},
+                                        {0, 98, 0, "136,57 98 D798 u8 sign 0"}, {0, 60, 1, "136,120 61 C4#98 n8 sign 1"}}) {
     Staff s;
-    s.keySignature = c.keySignature;
+    s.keySignature = key;
     EntryState e;
     ChooseLength(s, e, {}, 8);
-    EnterPlayedNote(s, e, c.playedPitch, c.playedSign);
-    const Note& n = s.notes[1];
-    EXPECT_EQ(Show(n), c.note);
-    EXPECT_EQ(std::vector<int>({n.linePitch, n.accidental, n.accidentalSign, n.keyShift}),
-              std::vector<int>({c.playedPitch, c.accidental, c.accidentalSign, c.keyShift})) << c.note;
+    EnterPlayedNote(s, e, pitch, sign);
+    EXPECT_EQ(Show(s.notes[1]) + " sign " + std::to_string(s.notes[1].accidentalSign), note);
     EXPECT_EQ(s.entryLeft, 136 + 32) << "the fingerboard steps 32 whatever the length";
   }
 }
 
-// A drop snaps to the grid and reads the pitch of its new line under the key, with the
-// sign the note carries.
+// A drop snaps and reads the pitch of its new line under the key, with the note's own sign.
 TEST_F(Gestures, DropSnapsAndReadsThePitchOfItsNewLine) {
   const struct {
     const char* token;
@@ -157,7 +124,8 @@ TEST_F(Gestures, DropSnapsAndReadsThePitchOfItsNewLine) {
       {"C498", 0, 0, 304, 120, 0, -42, "304,78 84 C698 u8"},
   };
   for (const auto& c : cases) {
-    Staff s = OneNote(c.token, c.left, c.top, c.keySignature);
+    Staff s = OneNote(c.token, c.left, c.top);
+    s.keySignature = c.keySignature;
     s.notes[1].accidentalSign = c.accidentalSign;
     Drag(s, 1, c.dx, c.dy, 1000);
     EXPECT_EQ(Show(s.notes[1]), c.after);
@@ -171,7 +139,7 @@ TEST_F(Gestures, DropSnapsAndReadsThePitchOfItsNewLine) {
   EXPECT_EQ(Show(s.notes[2]), "304,126 57 A398 u8") << "onto another note: moved down, pitch from where it ends";
   Staff r = OneNote("0008", 300, 111);
   Drag(r, 1, 3, 40, 1000);
-  EXPECT_EQ(Show(r.notes[1]), "304,147 60 C408 ") << "a rest keeps its token";
+  EXPECT_EQ(Show(r.notes[1]), "304,147 60 0008 ") << "a rest keeps its token";
   EXPECT_EQ(r.entryLeft, 300) << "the press put the entry column, the drop leaves it";
 }
 
@@ -189,8 +157,7 @@ TEST(NotePress, DoubleClickDeletesBackspaceDeletesTwoNotesAreNoDoubleClick) {
   EXPECT_FALSE(NoteKeyDown(s, 1, 8)) << "a note that is gone takes no key";
 }
 
-// Hover, a long press without moving (the sound stops), drag, drop, leave; then a quick
-// drag after hovering. The score's player hears each start end, the finger comes and goes.
+// Hover, a long press (the sound stops), drag, drop, leave; then a quick drag after hovering.
 TEST_F(Gestures, HoverDragAndDropLeaveNothingSounding) {
   Staff s = OneNote("C498", 300, 120);
   NoteMouseEnter(s, 1, rig.ports, tuning, 0);
