@@ -1,5 +1,3 @@
-// PlayAndShow: the score's player sounds a pitch index and the fingerboard shows it at
-// the place the hand position gives.
 #include <gtest/gtest.h>
 
 #include "violin/fingerboard.h"
@@ -24,21 +22,18 @@ TEST(PositionOf, StringBoundariesInEachPosition) {
   }
 }
 
+// Sound first, then the finger, and only inside the fingerboard; a hand-edited score's
+// index outside the pitch table is not sounded at all.
 TEST(PlayAndShow, SoundsFirstThenDrawsOnlyInsideTheFingerboard) {
   struct Case {
     int handPosition, index, velocity;
     Log calls;
-  } cases[] = {
-      {0, 60, 100, {"player1 p(60) 100", "G 4/5"}}, {0, 60, 0, {"player1 p(60) 0", "GF 4/5"}},
-      {1, 81, 64, {"player1 p(81) 64", "G 1/5"}},   {2, 81, 64, {"player1 p(81) 64", "G 2/12"}},
-      {0, 91, 1, {"player1 p(91) 1", "G 1/15"}},    {0, 54, 100, {"player1 p(54) 100"}},
-      {0, 92, 100, {"player1 p(92) 100"}},          {0, 108, 0, {"player1 p(108) 0"}},
-      {0, -1, 100, {}}, {0, kPitchTableSize, 100, {}},  // a hand-edited score must not read past the table
-  };
-  const TuningTables tuning = MarkedTuning();
+  } cases[] = {{0, 60, 100, {"player1 p(60) 100", "G 4/5"}}, {0, 60, 0, {"player1 p(60) 0", "GF 4/5"}},
+               {2, 81, 64, {"player1 p(81) 64", "G 2/12"}}, {0, 92, 100, {"player1 p(92) 100"}},
+               {0, -1, 100, {}}, {0, kPitchTableSize, 100, {}}};
   for (const auto& c : cases) {
     FakeSound sound;
-    PlayAndShow(sound.ports, tuning, c.handPosition, c.index, c.velocity);
+    PlayAndShow(sound.ports, MarkedTuning(), c.handPosition, c.index, c.velocity);
     EXPECT_EQ(sound.log, c.calls) << c.index << " in position " << c.handPosition;
   }
 }
