@@ -38,11 +38,11 @@ TEST_F(Cli, MidiOptionsAndTheInstrumentTheScoreNames) {
   // Menu values that name no instrument fall back to the violin.
   Write("f.note", ";;;16;0;7;0;0\n"), Write("g.note", ";;;5;99;7;0;0\n"), Write("h.note", ";;\n");
   const struct { std::vector<std::string> args; std::vector<const char*> says; } cases[] = {
-      {{"s.note"}, {"Program_c, 0, 1", "Tempo, 750000", "1, 1176, Note_on_c, 0, 60, 0"}},
-      {{"s.note", "--tempo", "15"}, {"Program_c, 0, 1", "Tempo, 285714"}},
-      {{"s.note", "--instrument", "16385"}, {"Program_c, 0, 0"}},
-      {{"s.note", "--instrument", "74", "--gate", "0.75"}, {"Program_c, 0, 73", "1, 1080, Note_on_c, 0, 60, 0"}},
-      {{"f.note"}, {"Program_c, 0, 40"}}, {{"g.note"}, {"Program_c, 0, 40"}}, {{"h.note"}, {"Program_c, 0, 40"}},
+      {{"s.note"}, {"Program_c, 0, 1\n", "Tempo, 750000\n", "1, 1176, Note_on_c, 0, 60, 0"}},
+      {{"s.note", "--tempo", "15"}, {"Program_c, 0, 1\n", "Tempo, 285714\n"}},
+      {{"s.note", "--instrument", "16385"}, {"Program_c, 0, 0\n"}},
+      {{"s.note", "--instrument", "74", "--gate", "0.75"}, {"Program_c, 0, 73\n", "1, 1080, Note_on_c, 0, 60, 0"}},
+      {{"f.note"}, {"Program_c, 0, 40\n"}}, {{"g.note"}, {"Program_c, 0, 40\n"}}, {{"h.note"}, {"Program_c, 0, 40\n"}},
   };
   for (const auto& c : cases) {
     std::vector<std::string> args = {"midi", S(c.args[0]), "-o", S("s.mid")};
