@@ -1,6 +1,8 @@
 #pragma once
 // Fakes for the desktop: players, fingerboard and staff view write into one log, so a
 // test sees the order of sound and picture across them all.
+#include <algorithm>
+#include <iterator>
 #include <set>
 #include <string>
 #include <utility>
@@ -14,18 +16,15 @@ namespace lirenza::testing {
 
 using Log = std::vector<std::string>;
 
-// p(i) sits a little above i semitones, so a pitch that skipped the table shows up.
-inline constexpr int kMarkedPitchOffset = 3;
+// p(i) sits a little above i semitones, so a pitch that skipped the table shows up:
+// players log "p(60)" for a pitch from the table, the raw number otherwise.
 inline TuningTables MarkedTuning() {
   TuningTables t;
-  for (int i = 0; i < kPitchTableSize; ++i) t.pitches[i] = i * 256LL + kMarkedPitchOffset;
+  for (int i = 0; i < kPitchTableSize; ++i) t.pitches[i] = i * 256LL + 3;
   return t;
 }
-
-// "p(60)" when the pitch came from the table, the raw number otherwise.
 inline std::string PitchText(int pitch) {
-  if (pitch % 256 == kMarkedPitchOffset) return "p(" + std::to_string(pitch / 256) + ")";
-  return std::to_string(pitch);
+  return pitch % 256 == 3 ? "p(" + std::to_string(pitch / 256) + ")" : std::to_string(pitch);
 }
 
 class FakePlayer : public NotePlayer {
@@ -33,8 +32,7 @@ class FakePlayer : public NotePlayer {
   FakePlayer(Log& log, int id) : log_(log), name_("player" + std::to_string(id) + " ") {}
   void Instrument(int number) override { log_.push_back(name_ + "inst " + std::to_string(number)); }
   void PlayNote(int pitch, int velocity) override {
-    log_.push_back(name_ + PitchText(pitch) + " " + std::to_string(velocity));
-    notes.push_back({pitch, velocity});
+    log_.push_back(name_ + PitchText(pitch) + " " + std::to_string(velocity)), notes.push_back({pitch, velocity});
   }
   // Pitches started and not ended again by the end of the list.
   std::vector<int> StillSounding() const {
@@ -81,7 +79,7 @@ struct FakeSound {
   FakeFingerboard view{log};
   SoundPorts ports;
   FakeSound() {
-    for (int k = 0; k < kNotePlayers; ++k) players.emplace_back(log, k);
+    for (int k = 0; k < kNotePlayers; ++k) players.emplace_back(log, k);  // all first: no reallocation
     for (int k = 0; k < kNotePlayers; ++k) ports.players[k] = &players[k];
     ports.view = &view;
   }
@@ -91,10 +89,9 @@ struct FakeSound {
     const std::string prefix = "player" + std::to_string(id) + " ";
     return Lines([&](const std::string& l) { return l.rfind(prefix, 0) == 0; });
   }
-  template <class Keep>
-  Log Lines(Keep keep) const {
+  Log Lines(auto keep) const {
     Log out;
-    for (const auto& line : log) if (keep(line)) out.push_back(line);
+    std::copy_if(log.begin(), log.end(), std::back_inserter(out), keep);
     return out;
   }
 };

@@ -1,5 +1,4 @@
-// The fingerboard as the left hand: where a click lands, what it plays and enters, and
-// where a finger is drawn.
+// The fingerboard as the left hand: where a click lands, what it plays and enters.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -10,8 +9,7 @@
 using namespace lirenza;
 using namespace lirenza::testing;
 
-// A click within half the gap of a drawn string is on it; above the first and below the
-// last, on none.
+// A click within half the gap of a drawn string is on it; outside them, on none.
 TEST(Fingerboard, AClickIsOnTheStringDrawnUnderIt) {
   for (int string = 1; string <= 4; ++string)
     for (int y = HandGeometryAt(string, 0).string.y - 5; y < HandGeometryAt(string, 0).string.y + 6; ++y)
@@ -19,9 +17,8 @@ TEST(Fingerboard, AClickIsOnTheStringDrawnUnderIt) {
   for (int y : {0, HandGeometryAt(1, 0).string.y - 6, HandGeometryAt(4, 0).string.y + 6, 400}) EXPECT_EQ(StringRow(y), 0) << y;
 }
 
-// Each band is 25 pixels wide and centred on the drawn finger. Past the gap at 360 to
-// 385 the bands go on counting as if it were not there, so from cell 11 on a band lies
-// one cell right of its drawing.
+// Each band is 25 pixels wide around its drawn finger; past the gap at 360-385 the bands
+// count on as if it were not there, so from cell 11 a band lies one cell right.
 TEST(Fingerboard, EachCellBandLiesAroundItsDrawnFinger) {
   for (int cell = 1; cell < kFirstUndrawnCell; ++cell) {
     const Rect finger = HandGeometryAt(1, cell).finger;
@@ -29,7 +26,6 @@ TEST(Fingerboard, EachCellBandLiesAroundItsDrawnFinger) {
     for (int x = finger.x - 30; x <= finger.x + finger.width + 30 + (cell >= 11 ? 25 : 0); ++x)
       EXPECT_EQ(CellOfX(x) == cell, std::abs(2 * x + 1 - centre2) < 25) << "x " << x << " cell " << cell;
   }
-  // The open string answers left of the first band, in the gap and past the last band.
   for (int x : {90, 109, 360, 384, 585, -20, 900}) EXPECT_EQ(CellOfX(x), 0) << "x " << x;
   EXPECT_EQ(HandGeometryAt(1, 0).finger, (Rect{90, 185, 15, 15}));
   EXPECT_EQ(HandGeometryAt(4, 0).string, (Rect{104, 223, 530, 3})) << "the string vibrates right of the finger";
@@ -37,7 +33,6 @@ TEST(Fingerboard, EachCellBandLiesAroundItsDrawnFinger) {
   for (int cell : {-1, kFirstUndrawnCell}) EXPECT_FALSE(HandGeometryAt(1, cell).drawn) << cell;
 }
 
-namespace {
 struct MouseFixture : ::testing::Test {
   FakeSound sound;
   TuningTables tuning = MarkedTuning();
@@ -48,16 +43,11 @@ struct MouseFixture : ::testing::Test {
     return FingerboardMouseDown(x, y, Modifiers{.option = option}, modes, staff, press, tuning, sound.ports);
   }
 };
-}  // namespace
 
 // A black key goes in as the sharp of the key below, or with Option as the flat of the
 // key above; the release ends what the press started wherever the pointer is.
 TEST_F(MouseFixture, APressSoundsShowsAndSpellsTheNote) {
-  struct Case {
-    int x, y;
-    bool option;
-    int pitch, string, cell, index, accidental;
-  } cases[] = {
+  struct Case { int x, y; bool option; int pitch, string, cell, index, accidental; } cases[] = {
       {215, 200, false, 74, 2, 5, 74, 0}, {120, 200, false, 70, 2, 1, 69, 1}, {120, 200, true, 70, 2, 1, 71, 2},
       {372, 190, false, 76, 1, 0, 76, 0},  // the gap
       {390, 190, false, 87, 1, 11, 86, 1}, {40, 225, false, 55, 4, 0, 55, 0}, {700, 210, false, 62, 3, 0, 62, 0},

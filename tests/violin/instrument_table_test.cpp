@@ -1,5 +1,3 @@
-// The instrument menus: the numbers the players get must be the sound set's, row for
-// row, or a user choosing "バイオリン" hears something else.
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -13,8 +11,7 @@
 
 using namespace lirenza;
 
-// Bank 0's preset names by program, from the "phdr" records that open a SoundFont's
-// "pdta" list: the sound the synthesizer really plays for a number.
+// Bank 0's preset names by program, from the "phdr" records that open a SoundFont's "pdta".
 static std::map<int, std::string> GeneralMidiPresets(const std::string& path) {
   std::map<int, std::string> presets;
   std::ifstream in(path, std::ios::binary);
@@ -36,8 +33,7 @@ static std::map<int, std::string> GeneralMidiPresets(const std::string& path) {
   return presets;
 }
 
-// A word of the preset's English name, where it is one of the words below, must show in
-// the menu's name of the General MIDI row that plays it.
+// A word of the preset's English name, if one below, must show in the name of its row.
 TEST(InstrumentTable, GeneralMidiNamesMatchTheSoundTheyPlay) {
   const std::string path = "/usr/share/sounds/sf2/FluidR3_GM.sf2";
   const auto presets = GeneralMidiPresets(path);
@@ -72,8 +68,7 @@ TEST(InstrumentTable, GeneralMidiNamesMatchTheSoundTheyPlay) {
   EXPECT_GE(checked, 50) << "most of the 128 programs have a word to check by";
 }
 
-// Distinct numbers; "(GS)" marks every variation; each melodic group opens with its
-// eight General MIDI programs in order, and a variation keeps the program it varies.
+// Each melodic group opens with its eight General MIDI programs; "(GS)" marks variations.
 TEST(InstrumentTable, GroupsHoldTheirProgramsAndTheirVariations) {
   std::set<int> numbers;
   int first = 0;
@@ -93,8 +88,7 @@ TEST(InstrumentTable, GroupsHoldTheirProgramsAndTheirVariations) {
   }
 }
 
-// A score stores the group and row of its instrument: a row that moves or changes
-// makes every saved score that chose it play something else.
+// A saved score stores group and row: a row that moves makes old scores sound wrong.
 TEST(InstrumentTable, SavedMenuValuesKeepTheirInstrument) {
   std::uint64_t hash = 14695981039346656037ull;  // FNV-1a over every row in menu order
   for (const InstrumentEntry& e : AllInstruments()) {

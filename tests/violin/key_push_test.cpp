@@ -7,8 +7,7 @@
 using namespace lirenza;
 using namespace lirenza::testing;
 
-// Every index on the fingerboard lands on a place that plays it, on the string the
-// position gives; lowest and highest index of strings 4..1 in 1st, 3rd and 5th position.
+// Every index lands on a place that plays it; the lowest index of strings 4..1 by position.
 TEST(PositionOf, StringBoundariesInEachPosition) {
   const int lowest[3][4] = {{55, 62, 69, 76}, {55, 67, 74, 81}, {55, 71, 77, 84}};
   for (int pos = 0; pos < 3; ++pos) {
@@ -22,8 +21,7 @@ TEST(PositionOf, StringBoundariesInEachPosition) {
   }
 }
 
-// Sound first, then the finger, and only inside the fingerboard; a hand-edited score's
-// index outside the pitch table is not sounded at all.
+// Sound, then the finger inside the fingerboard; an index off the pitch table is not sounded.
 TEST(PlayAndShow, SoundsFirstThenDrawsOnlyInsideTheFingerboard) {
   struct Case {
     int handPosition, index, velocity;

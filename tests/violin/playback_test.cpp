@@ -1,5 +1,4 @@
-// Score playback against a fake clock: each event at its time, one a tick, the tempo
-// slider moving what is still to come, the ends of a piece, and the transport buttons.
+// Score playback against a fake clock.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -15,8 +14,7 @@ namespace {
 
 Note NoteAt(int left, int pitch, const char* duration = "4", const char* velocity = "9") {
   Note n;
-  n.left = left, n.pitch = pitch, n.durationDigit = duration, n.velocityDigit = velocity;
-  return n;
+  return n.left = left, n.pitch = pitch, n.durationDigit = duration, n.velocityDigit = velocity, n;
 }
 
 constexpr PlayStyle kLive{true, false}, kManualPlay{false, true}, kManualEdit{false, false};
@@ -35,24 +33,17 @@ struct PlaybackFixture : ::testing::Test {
   PlaybackEnv env{staff, modes, tuning, handPosition, d, gate, clock, sound.ports, view, list};
   PlaybackState state;
 
-  // A crotchet, a quaver and a minim one after another.
-  void AddMelody() {
+  void AddMelody() {  // a crotchet, a quaver and a minim one after another
     for (const Note& n : {NoteAt(136, 60, "4"), NoteAt(168, 64, "8"), NoteAt(200, 67, "2")}) staff.AddNote(n);
   }
-  bool Press(int button, PlayStyle style) {
-    const bool acted = TransportMouseDown(state, button, style, env);
-    t0 = clock.now;
-    return acted;
-  }
-  // One tick with the clock `elapsed` microseconds after the start.
+  bool Press(int button, PlayStyle style) { return t0 = clock.now, TransportMouseDown(state, button, style, env); }
   bool TickAt(double elapsed, PlayTimer t) { return clock.now = t0 + elapsed, PlaybackTick(state, t, env); }
   Log TickLog(double elapsed, PlayTimer t) { return sound.log.clear(), TickAt(elapsed, t), sound.log; }
 };
 
 }  // namespace
 
-// The first note waits for the template's crotchet; each sounds 0.75 of its length; the
-// loop starts over, unscrolled, from the last event's tick.
+// A crotchet's wait first; each note sounds 0.75 of its length; the loop starts over unscrolled.
 TEST_F(PlaybackFixture, EveryEventSoundsAtItsDueTimeAndNotBefore) {
   AddMelody();
   ASSERT_TRUE(Press(0, kManualPlay));
@@ -85,14 +76,12 @@ TEST_F(PlaybackFixture, ATempoChangeMovesTheEventsStillToCome) {
   EXPECT_EQ(sound.log, (Log{"player1 p(60) 75", "player1 p(60) 0", "player1 p(64) 75", "player1 p(64) 0", "player1 p(67) 75"}));
 }
 
-// However many notes, rests and chords, every note started is ended once the piece is
-// over, and every event takes its own tick.
+// Whatever the notes, rests and chords, every note started is ended, one event a tick.
 TEST_F(PlaybackFixture, EveryNoteStartedIsEndedOnceThePieceIsOver) {
   std::mt19937 rng(11);
-  const char* digits[] = {"0", "2", "4", "6", "8", "A", "C", "F"};
-  const char* vels[] = {"0", "5", "9", "F"};
+  const char *durations[] = {"0", "2", "4", "6", "8", "A", "C", "F"}, *velocities[] = {"0", "5", "9", "F"};
   for (int k = 0; k < 60; ++k)
-    staff.AddNote(NoteAt(136 + 8 * static_cast<int>(rng() % 100), 40 + static_cast<int>(rng() % 60), digits[rng() % 8], vels[rng() % 4]));
+    staff.AddNote(NoteAt(136 + 8 * int(rng() % 100), 40 + int(rng() % 60), durations[rng() % 8], velocities[rng() % 4]));
   ASSERT_TRUE(Press(0, kLive));
   clock.now = t0 + 1e12;
   for (int k = 0; k < 120; ++k) ASSERT_TRUE(PlaybackTick(state, kLoop, env));
@@ -107,36 +96,26 @@ TEST_F(PlaybackFixture, EveryNoteStartedIsEndedOnceThePieceIsOver) {
   for (const auto& [pitch, count] : sounding) EXPECT_EQ(count, 0) << pitch << " still sounds";
 }
 
-// Play refuses an empty staff and a press while busy, and plays whatever notes the
-// staff holds, changed since loading or not, on the timer of the style.
+// Play refuses an empty staff or a busy window; changed since loading or not, it plays.
 TEST_F(PlaybackFixture, PlayDependsOnTheNotesNotOnTheChangedFlag) {
-  struct Case {
-    int notes;
-    bool changed;
-    Modes modes;
-    PlayStyle style;
-    int timer;  // -1: refused
-  } cases[] = {{0, true, {}, kLive, -1}, {1, true, {false, true, false}, kLive, -1}, {1, true, {true, false, false}, kLive, -1},
+  struct Case { int notes; bool changed; Modes modes; PlayStyle style; int timer; /* -1: refused */ } cases[] = {{0, true, {}, kLive, -1}, {1, true, {false, true, false}, kLive, -1}, {1, true, {true, false, false}, kLive, -1},
                {1, false, {}, kLive, int(kLoop)}, {4, false, {}, kManualPlay, int(kShown)}, {1, true, {}, kManualEdit, int(kFollow)}};
   for (const auto& c : cases) {
     staff = Staff{};
     for (int k = 0; k < c.notes; ++k) staff.AddNote(NoteAt(136 + 32 * k, 60 + k));
-    staff.hasChanges = c.changed, modes = c.modes, state = PlaybackState{};
-    sound.log.clear();
+    staff.hasChanges = c.changed, modes = c.modes, state = PlaybackState{}, sound.log.clear();
     const bool plays = c.timer >= 0;
     EXPECT_EQ(Press(0, c.style), plays) << c.notes;
     for (int k = 0; k < kPlayTimers; ++k) EXPECT_EQ(state.running[k], k == c.timer) << k;
     EXPECT_EQ(modes.playing, c.modes.playing || plays);
-    EXPECT_EQ(state.listEnabled, !plays);
-    EXPECT_EQ(state.buttonPicture[0], plays ? "PlayButtonB" : "PlayButton");
+    EXPECT_EQ(state.buttonPicture[0] + (state.listEnabled ? " list" : ""), plays ? "PlayButtonB" : "PlayButton list");
     EXPECT_EQ(staff.hasChanges, c.changed) << "play leaves the changed flag alone";
     EXPECT_EQ(state.lastEvent, 2 * c.notes * plays) << "every note on and off is in the piece";
     if (!plays) EXPECT_TRUE(sound.log.empty());
   }
 }
 
-// Stop silences the score player over the whole keyboard and clears the highlight, even
-// when a note was removed under the running piece.
+// Stop silences the score player and clears the highlight, even after a note was removed.
 TEST_F(PlaybackFixture, StopSilencesTheScorePlayerAndClearsTheHighlight) {
   AddMelody();
   ASSERT_TRUE(Press(0, kManualEdit));
@@ -150,8 +129,7 @@ TEST_F(PlaybackFixture, StopSilencesTheScorePlayerAndClearsTheHighlight) {
   ScrollTo(staff, 144);
   sound.log.clear();
   EXPECT_TRUE(Press(1, kManualEdit));
-  EXPECT_FALSE(modes.playing || state.AnyRunning() || staff.notes[1].sounding);
-  EXPECT_EQ(staff.scrollValue, 0);
+  EXPECT_FALSE(modes.playing || state.AnyRunning() || staff.notes[1].sounding || staff.scrollValue != 0);
   EXPECT_EQ(state.buttonPicture[0], "PlayButton");
   Log sweep;
   for (int n = 21; n <= 108; ++n) sweep.push_back("player1 p(" + std::to_string(n) + ") 0");

@@ -8,10 +8,8 @@
 
 using namespace lirenza;
 
-// The file's tempo is a whole number of beats a minute (a multiple of ten), written as
-// the microseconds a quarter lasts, truncated. Playback factor, shown number and term
-// each move one way along the slider; the file tempo too, except at the last step,
-// which is slower in the file than the one before it.
+// The file's tempo is the truncated microseconds of a quarter at a multiple of ten beats a
+// minute; all columns move one way along the slider, but for the file's last step.
 TEST(TempoTable, EveryRowIsAWholeTempoAndTheRowsMoveTogether) {
   const std::string terms[] = {"Largo", "Larghetto", "Adagio", "Andante", "Moderato", "Allegro", "Presto", "Prestissimo"};
   auto micros = [](int v) { return std::stol(TempoForSlider(v).tempo.substr(8), nullptr, 16); };
@@ -39,8 +37,7 @@ TEST(TempoTable, EveryRowIsAWholeTempoAndTheRowsMoveTogether) {
   EXPECT_EQ(TempoForSlider(99).tempo, TempoForSlider(kTempoSliderMax).tempo);
 }
 
-// Ten slider steps reach the eight levels without a gap or a step back; the speaker
-// picture grows with the level through all four pictures.
+// Ten steps reach eight levels without a gap; the speaker grows through four pictures.
 TEST(VolumeTable, SliderStepsToLevelsAndSpeakerPictures) {
   std::set<std::string> pictures;
   for (int v = -1; v <= 10; ++v) {
