@@ -1,59 +1,36 @@
 // The note menu, the key menu with its octave items, and the time menu.
-#include <gtest/gtest.h>
-
 #include "editor/key_time.h"
 #include "editor/note_menu.h"
-#include "score/note_tables.h"
-#include "violin/fakes.h"
+#include "editor_fixture.h"
 
 using namespace lirenza;
 using namespace lirenza::testing;
 
 namespace {
-Note Made(const char* token, int top = 120, int keyShift = 0) {
-  Note n;
-  FillFromToken(n, token);
-  n.keyShift = keyShift;
-  n.top = top;
-  n.picture = "n" + n.durationDigit;
-  RespellToken(n);
-  return n;
-}
 // "top pitch token picture sign/accidental"
-std::string Show(const Note& n) {
+std::string Written(const Note& n) {
   return std::to_string(n.top) + " " + std::to_string(n.pitch) + " " + n.token + " " + n.picture + " " +
          std::to_string(n.accidentalSign) + "/" + std::to_string(n.accidental);
 }
 // C4, F4, B4 entered in C major at their entry places, and a rest.
-Staff Melody() {
-  Staff s;
-  const std::pair<const char*, int> notes[] = {{"C498", 120}, {"F498", 111}, {"B498", 102}, {"0008", 111}};
-  for (auto [token, top] : notes) s.AddNote(Made(token, top)).left = 104 + 32 * s.NoteCount();
-  s.notes[4].picture = "r8";
-  return s;
-}
+Staff Melody() { return StaffOf({Made("C498", 120, 136), Made("F498", 111, 168), Made("B498", 102, 200), Made("0008", 111, 232)}); }
+using Menus = Editor;
 using Kind = NoteMenuChoice::Kind;
 const NoteMenuChoice kTurn{Kind::NoteOrRest, 0};
 }  // namespace
 
-TEST(NoteMenu, OpeningStopsTheSoundAndChecksThePresentValues) {
-  TuningTables tuning;
-  TuneToKey(tuning, 0);
-  FakeSound rig;
+TEST_F(Menus, OpeningStopsTheSoundAndChecksThePresentValues) {
   std::string shown;
   for (const char* token : {"C494", "E4bFb"})
-    for (const NoteMenu& menu : OpenNoteMenu(Made(token), rig.ports, tuning))
+    for (const NoteMenu& menu : OpenNoteMenu(Made(token, 120), rig.ports, tuning))
       for (const NoteMenuItem& item : menu.items) shown += item.checked ? item.caption + " " : "";
   EXPECT_EQ(shown, "9:m 4:4音符 0:   F:fff B:16音符 2:b ");
-  const std::vector<std::pair<int, int>> stopped = {{int(tuning.pitches[60]), 0}, {int(tuning.pitches[63]), 0}};
-  EXPECT_EQ(rig.players[1].notes, stopped);
+  EXPECT_EQ(rig.players[1].notes, (std::vector<std::pair<int, int>>{{P(60), 0}, {P(63), 0}}));
 }
 
 // The digit before an item's colon is the loudness, length or sign the note takes.
-TEST(NoteMenu, EachShownItemSetsTheValueItsCaptionNames) {
-  TuningTables tuning;
-  FakeSound rig;
-  const Note start = Made("C494");
+TEST_F(Menus, EachShownItemSetsTheValueItsCaptionNames) {
+  const Note start = Made("C494", 120);
   for (const NoteMenu& menu : OpenNoteMenu(start, rig.ports, tuning)) {
     for (const NoteMenuItem& item : menu.items) {
       EXPECT_EQ(item.caption, NoteMenuCaption(item.choice));
@@ -78,11 +55,11 @@ TEST(NoteMenu, ActionsChangeTheNoteInPlace) {
     std::vector<NoteMenuChoice> items;
     const char* after;
   } cases[] = {
-      {Made("C494"), {{Kind::Loudness, 13}}, "120 60 C4D4 n4 0/0"},
-      {Made("F494", 111, 1), {{Kind::Accidental, 1}}, "111 67 G494 n4 1/1"},  // sharp on a raised line
+      {Made("C494", 120), {{Kind::Loudness, 13}}, "120 60 C4D4 n4 0/0"},
+      {Made("F494", 111, 304, 1), {{Kind::Accidental, 1}}, "111 67 G494 n4 1/1"},  // sharp on a raised line
       {Made("F4#94", 111), {{Kind::Accidental, 0}}, "111 65 F494 n4 0/0"},
-      {Made("C494"), {{Kind::Length, 8}}, "120 60 C498 n8 0/0"},
-      {Made("C494"), {{Kind::Loudness, 0}}, "142 60 C404 r4 0/0"},
+      {Made("C494", 120), {{Kind::Length, 8}}, "120 60 C498 n8 0/0"},
+      {Made("C494", 120), {{Kind::Loudness, 0}}, "142 60 C404 r4 0/0"},
       {Made("E594", 90), {kTurn}, "106 76 E504 r4 0/0"},
       {Made("G4D4", 108), {{Kind::Loudness, 0}, {Kind::Length, 2}, kTurn}, "106 67 G492 n2 0/0"},
       {Made("C394", 141), {{Kind::Loudness, 0}, kTurn, {Kind::Length, 8}}, "142 48 C398 u8 0/0"},
@@ -90,7 +67,7 @@ TEST(NoteMenu, ActionsChangeTheNoteInPlace) {
   for (const auto& c : cases) {
     Note n = c.note;
     for (const NoteMenuChoice& item : c.items) EXPECT_TRUE(ChooseFromNoteMenu(n, Modes{}, item));
-    EXPECT_EQ(Show(n), c.after);
+    EXPECT_EQ(Written(n), c.after);
     EXPECT_EQ(n.stemDown, n.picture[0] == 'u') << c.after;
   }
 }
@@ -114,7 +91,7 @@ TEST(KeyMenu, KeysAndOctavesMoveTheNotesAndRetune) {
     TuningTables tuning;
     ASSERT_TRUE(ChooseKey(s, tuning, Modes{}, c.item));
     std::string notes;
-    for (int i = 1; i <= 3; ++i) notes += Show(s.notes[i]) + "|";
+    for (int i = 1; i <= 3; ++i) notes += Written(s.notes[i]) + "|";
     EXPECT_EQ(notes, c.notes) << KeyMenuCaption(c.item);
     EXPECT_EQ(s.notes[4], Melody().notes[4]) << "rests stay";
     EXPECT_GT(tuning.pitches[69], 0) << "retuned after every choice";
@@ -130,11 +107,11 @@ TEST(KeyMenu, OctavesClampAtTheEndsAndKeepWrittenSigns) {
   s.notes[2].accidental = -1;
   TuningTables tuning;
   for (int i = 0; i < 3; ++i) ChooseKey(s, tuning, Modes{}, kOctaveUpItem);
-  EXPECT_EQ(Show(s.notes[3]), "54 98 D798 u8 0/0") << "held at the top end";
+  EXPECT_EQ(Written(s.notes[3]), "54 98 D798 u8 0/0") << "held at the top end";
   EXPECT_EQ(s.notes[2].accidental, -1) << "written signs are not touched";
   EXPECT_EQ(s.notes[2].pitch, s.notes[2].linePitch - 1);
   for (int i = 0; i < 5; ++i) ChooseKey(s, tuning, Modes{}, kOctaveDownItem);
-  EXPECT_EQ(Show(s.notes[1]), "159 38 D298 u8 0/0") << "held at the bottom end, one line above entry's";
+  EXPECT_EQ(Written(s.notes[1]), "159 38 D298 u8 0/0") << "held at the bottom end, one line above entry's";
 }
 
 // A time item sets the metre its caption names, triple ones on the other sheet; no note moves.

@@ -6,9 +6,8 @@
 
 #include "editor/bar_operations.h"
 #include "editor/key_time.h"
-#include "editor/note_entry.h"
 #include "editor/note_menu.h"
-#include "violin/fakes.h"
+#include "editor_fixture.h"
 #include "violin/fingerboard.h"
 #include "violin/playback.h"
 
@@ -17,15 +16,8 @@ using namespace lirenza::testing;
 
 namespace {
 
-struct Walk : ::testing::Test {
-  Staff staff;
-  EntryState entry;
-  Modes modes;
-  TuningTables tuning;
-  FakeSound rig;
+struct Walk : Editor {
   FingerPress press{};
-  Walk() { TuneToKey(tuning, 0); }
-  int P(int index) const { return static_cast<int>(tuning.pitches[index]); }
   // A finger on the drawn violin at canvas x, y, released again.
   void Finger(int x, int y, bool option = false) {
     Modifiers mods;
@@ -74,16 +66,10 @@ TEST_F(Walk, TheFingerboardTurnsThePageWhenEntryLeavesTheView) {
 }
 
 TEST_F(Walk, EnterChangeKeyAndBackThenPlayTheChordWithAFakeClock) {
-  long long ticks = 0;
-  auto doubleClick = [&](int x, int y) {
-    ticks += 100;
-    EnterNoteAt(staff, entry, modes, {}, ticks, x, y);
-    EnterNoteAt(staff, entry, modes, {}, ticks + 3, x, y);
-  };
-  doubleClick(20, 78);  // C4
-  doubleClick(20, 72);  // E4 on the same column: a chord
+  DoubleClick(20, 78);  // C4
+  DoubleClick(20, 72);  // E4 on the same column: a chord
   ChooseLength(staff, entry, modes, 2);
-  doubleClick(52, 66);  // G4 half note
+  DoubleClick(52, 66);  // G4 half note
   ASSERT_TRUE(ChooseKey(staff, tuning, modes, 1));
   EXPECT_EQ(Placed(), (std::vector<std::string>{"136:G494", "136:B494", "168:D592"}));
   ASSERT_TRUE(ChooseKey(staff, tuning, modes, 0));
@@ -120,14 +106,13 @@ TEST_F(Walk, EnterChangeKeyAndBackThenPlayTheChordWithAFakeClock) {
 // While a score is read or played, each operation refuses under each of the three busy
 // flags and the staff stays as it was; with nothing busy, each acts.
 TEST_F(Walk, EveryScoreChangeIsRefusedWhileBusy) {
-  EnterNoteAt(staff, entry, modes, {}, 100, 20, 78);
-  ASSERT_TRUE(EnterNoteAt(staff, entry, modes, {}, 101, 20, 78));
+  ASSERT_TRUE(DoubleClick(20, 78));
   FakeConfirm confirm;
   struct Operation {
     const char* name;
     std::function<bool(Walk&, const Modes&)> run;  // true when it acted
   } operations[] = {
-      {"enter a note", [](Walk& w, const Modes& m) { return EnterNoteAt(w.staff, w.entry, m, {}, 102, 52, 78); }},
+      {"enter a note", [](Walk& w, const Modes& m) { return EnterNoteAt(w.staff, w.entry, m, {}, w.ticks + 1, 52, 78); }},
       {"choose a length", [](Walk& w, const Modes& m) { ChooseLength(w.staff, w.entry, m, 8); return w.entry.lengthButton == 8; }},
       {"note menu", [](Walk& w, const Modes& m) { return ChooseFromNoteMenu(w.staff.notes[1], m, {NoteMenuChoice::Kind::Length, 2}); }},
       {"key menu", [](Walk& w, const Modes& m) { return ChooseKey(w.staff, w.tuning, m, 3); }},

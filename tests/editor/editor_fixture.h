@@ -1,0 +1,52 @@
+// What the editor's tests share: a staff with its entry state and modes, tuning in C major
+// and fake players that log what they hear.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "editor/note_entry.h"
+#include "score/note_tables.h"
+#include "violin/fakes.h"
+
+namespace lirenza::testing {
+
+struct Editor : ::testing::Test {
+  Staff staff;
+  EntryState entry;
+  Modes modes;
+  TuningTables tuning;
+  FakeSound rig;
+  long long ticks = 0;
+  Editor() { TuneToKey(tuning, 0); }
+  int P(int index) const { return static_cast<int>(tuning.pitches[index]); }
+  // A double click at canvas x, y: two presses five ticks apart.
+  bool DoubleClick(int x, int y) {
+    ticks += 100;
+    EnterNoteAt(staff, entry, modes, {}, ticks, x, y);
+    return EnterNoteAt(staff, entry, modes, {}, ticks += 5, x, y);
+  }
+};
+
+// A note as entry would make it from its token, at the given place.
+inline Note Made(const char* token, int top, int left = 304, int keyShift = 0) {
+  Note n;
+  FillFromToken(n, token);
+  n.keyShift = keyShift;
+  n.top = top;
+  n.left = left;
+  n.picture = (n.IsRest() ? "r" : "n") + n.durationDigit;
+  RespellToken(n);
+  return n;
+}
+inline Staff StaffOf(std::initializer_list<Note> notes) {
+  Staff s;
+  for (const Note& n : notes) s.AddNote(n);
+  return s;
+}
+// Where a note sits and what it is: "left,top pitch token picture".
+inline std::string Show(const Note& n) {
+  return std::to_string(n.left) + "," + std::to_string(n.top) + " " + std::to_string(n.pitch) + " " + n.token +
+         " " + n.picture;
+}
+
+}  // namespace lirenza::testing
