@@ -54,27 +54,15 @@ struct KeyTableFixture : ::testing::Test {
 };
 }  // namespace
 
-TEST_F(KeyTableFixture, PressAndReleaseDrawFirstThenSound) {
-  struct Case {
-    int code, position;
-    std::string place, note;
-  } cases[] = {{7, 0, "4/0", "player0 p(55)"}, {44, 1, "3/7", "player0 p(69)"}, {36, 2, "1/8", "player0 p(84)"}};
-  for (const auto& [code, position, place, note] : cases) {
-    EXPECT_EQ(Settle({code}, position), (Log{"G " + place, note + " 100"})) << code;
-    EXPECT_TRUE(Settle({code}, position).empty()) << "a held key plays once";
-    EXPECT_EQ(Settle({}, position), (Log{"GF " + place, note + " 0"})) << code;
-    EXPECT_EQ(flag, KeyFlags{});
-  }
-  EXPECT_TRUE(Settle({5, 25}).empty()) << "G and 9 have no row";
-}
-
-// Keys changing together take one pass each, in the order of the rows, not of the codes.
+// Each change draws first, then sounds; keys changing together take one pass each, in the
+// order of the rows, not of the codes.
 TEST_F(KeyTableFixture, KeysChangingTogetherTakeOnePassEachInRowOrder) {
   EXPECT_EQ(Settle({30, 16, 7}), (Log{"G 4/0", "player0 p(55) 100", "G 2/3", "player0 p(72) 100", "G 1/7", "player0 p(83) 100"}));
   EXPECT_EQ(Settle({30, 16, 2}), (Log{"GF 4/0", "player0 p(55) 0", "G 4/1", "player0 p(56) 100"}));  // X up, D down
   // Shift and Y play one note: releasing one ends it though the other still holds it.
   EXPECT_EQ(Settle({56, 16}), (Log{"GF 4/1", "player0 p(56) 0", "G 2/3", "player0 p(72) 100", "GF 1/7", "player0 p(83) 0"}));
   EXPECT_EQ(Settle({16}), (Log{"GF 2/3", "player0 p(72) 0"}));
+  EXPECT_TRUE(Settle({16, 5, 25}).empty()) << "a held key plays once; G and 9 have no row";
   EXPECT_FALSE(flag[12]);
   EXPECT_TRUE(flag[32]);
 }
@@ -90,10 +78,10 @@ TEST_F(KeyTableFixture, PanicSilencesEveryPlayerButLeavesAHeldKeyFlagged) {
   EXPECT_EQ(sound.log, sweep);
   EXPECT_TRUE(Settle({36}).empty()) << "the held key must not start again";
   EXPECT_EQ(Settle({}), (Log{"GF 1/8", "player0 p(84) 0"}));
+  EXPECT_EQ(flag, KeyFlags{});
 }
 
-// A busy window holds the position; a release after a position change is shown at the
-// new place.
+// A busy window holds the position; a release after a change is shown at the new place.
 TEST_F(KeyTableFixture, PositionChanges) {
   for (Modes busy : {Modes{true, false, false}, Modes{false, true, false}, Modes{false, false, true}}) {
     PositionState state{1, {0, 2, 0}};
