@@ -1,4 +1,7 @@
-// The note menu, the key menu with its octave items, and the time menu.
+// The note menu, the key menu with its octave items, the time menu and the bar operations.
+#include <algorithm>
+
+#include "editor/bar_operations.h"
 #include "editor/key_time.h"
 #include "editor/note_menu.h"
 #include "editor_fixture.h"
@@ -15,6 +18,20 @@ std::string Written(const Note& n) {
 // C4, F4, B4 entered in C major at their entry places, and a rest.
 Staff Melody() { return StaffOf({Made("C498", 120, 136), Made("F498", 111, 168), Made("B498", 102, 200), Made("0008", 111, 232)}); }
 using Menus = Editor;
+// One note per bar at the bar's second column: C4 in bar 0, D4 in bar 1, ...
+Staff Bars(int count) {
+  Staff s;
+  for (int b = 0; b < count; ++b) s.AddNote(Made((std::string(1, "CDEFGAB"[b % 7]) + "494").c_str(), 120 - 3 * b, 128 + 144 * b));
+  return s;
+}
+using V = std::vector<std::string>;
+V TokensByLeft(const Staff& s) {
+  std::vector<Note> notes(s.notes.begin() + 1, s.notes.end());
+  std::stable_sort(notes.begin(), notes.end(), [](auto& a, auto& b) { return a.left < b.left; });
+  V out;
+  for (auto& n : notes) out.push_back(std::to_string(n.left) + ":" + n.token);
+  return out;
+}
 using Kind = NoteMenuChoice::Kind;
 const NoteMenuChoice kTurn{Kind::NoteOrRest, 0};
 }  // namespace
@@ -49,7 +66,7 @@ TEST_F(Menus, EachShownItemSetsTheValueItsCaptionNames) {
 }
 
 // A note turned into a rest and back, through the items in turn, at two heights.
-TEST(NoteMenu, ActionsChangeTheNoteInPlace) {
+TEST_F(Menus, ActionsChangeTheNoteInPlace) {
   const struct {
     Note note;
     std::vector<NoteMenuChoice> items;
@@ -73,7 +90,7 @@ TEST(NoteMenu, ActionsChangeTheNoteInPlace) {
 }
 
 // Key items move the notes line by line to the new key and retune; octaves move 21 pixels.
-TEST(KeyMenu, KeysAndOctavesMoveTheNotesAndRetune) {
+TEST_F(Menus, KeysAndOctavesMoveTheNotesAndRetune) {
   const struct {
     int fromKey, item;
     const char* notes;
@@ -86,43 +103,130 @@ TEST(KeyMenu, KeysAndOctavesMoveTheNotesAndRetune) {
       {5, kOctaveDownItem, "141 49 C3#98 u8 0/0|132 54 F3#98 u8 0/0|123 59 B398 u8 0/0|"},
   };
   for (const auto& c : cases) {
-    Staff s = Melody();
-    s.keySignature = c.fromKey;
-    TuningTables tuning;
-    ASSERT_TRUE(ChooseKey(s, tuning, Modes{}, c.item));
+    staff = Melody();
+    staff.keySignature = c.fromKey;
+    tuning = TuningTables{};
+    ASSERT_TRUE(ChooseKey(staff, tuning, modes, c.item));
     std::string notes;
-    for (int i = 1; i <= 3; ++i) notes += Written(s.notes[i]) + "|";
+    for (int i = 1; i <= 3; ++i) notes += Written(staff.notes[i]) + "|";
     EXPECT_EQ(notes, c.notes) << KeyMenuCaption(c.item);
-    EXPECT_EQ(s.notes[4], Melody().notes[4]) << "rests stay";
+    EXPECT_EQ(staff.notes[4], Melody().notes[4]) << "rests stay";
     EXPECT_GT(tuning.pitches[69], 0) << "retuned after every choice";
   }
-  Staff s = Melody();
-  TuningTables tuning;
-  EXPECT_FALSE(ChooseKey(s, tuning, Modes{}, kKeyMenuItemCount)) << "no such item";
+  EXPECT_FALSE(ChooseKey(staff, tuning, modes, kKeyMenuItemCount)) << "no such item";
 }
 
-TEST(KeyMenu, OctavesClampAtTheEndsAndKeepWrittenSigns) {
-  Staff s = Melody();
-  s.notes[2].accidentalSign = 3;  // F natural with its own sign
-  s.notes[2].accidental = -1;
-  TuningTables tuning;
-  for (int i = 0; i < 3; ++i) ChooseKey(s, tuning, Modes{}, kOctaveUpItem);
-  EXPECT_EQ(Written(s.notes[3]), "54 98 D798 u8 0/0") << "held at the top end";
-  EXPECT_EQ(s.notes[2].accidental, -1) << "written signs are not touched";
-  EXPECT_EQ(s.notes[2].pitch, s.notes[2].linePitch - 1);
-  for (int i = 0; i < 5; ++i) ChooseKey(s, tuning, Modes{}, kOctaveDownItem);
-  EXPECT_EQ(Written(s.notes[1]), "159 38 D298 u8 0/0") << "held at the bottom end, one line above entry's";
+TEST_F(Menus, OctavesClampAtTheEndsAndKeepWrittenSigns) {
+  staff = Melody();
+  staff.notes[2].accidentalSign = 3;  // F natural with its own sign
+  staff.notes[2].accidental = -1;
+  for (int i = 0; i < 3; ++i) ChooseKey(staff, tuning, modes, kOctaveUpItem);
+  EXPECT_EQ(Written(staff.notes[3]), "54 98 D798 u8 0/0") << "held at the top end";
+  EXPECT_EQ(Written(staff.notes[2]), "54 97 D7b98 u8 3/-1") << "written signs are not touched";
+  for (int i = 0; i < 5; ++i) ChooseKey(staff, tuning, modes, kOctaveDownItem);
+  EXPECT_EQ(Written(staff.notes[1]), "159 38 D298 u8 0/0") << "held at the bottom end, one line above entry's";
 }
 
 // A time item sets the metre its caption names, triple ones on the other sheet; no note moves.
-TEST(TimeMenu, PicturesOnly) {
+TEST_F(Menus, TimeChangesPicturesOnly) {
   for (int t = 0; t <= kTimeCount; ++t) {
     const std::string caption(TimeMenuCaption(t));
-    Staff s = Melody();
-    EXPECT_EQ(ChooseTime(s, Modes{}, t), t < kTimeCount);
+    staff = Melody();
+    EXPECT_EQ(ChooseTime(staff, modes, t), t < kTimeCount);
     if (t < kTimeCount)
-      EXPECT_EQ(s.sheetPicture, std::stoi(caption.substr(caption.find(':') + 1)) % 3 ? "Sheet1" : "Sheet2") << caption;
-    EXPECT_EQ(s.timeSignature, t < kTimeCount ? t : 0);
-    EXPECT_EQ(s.notes, Melody().notes) << caption;
+      EXPECT_EQ(staff.sheetPicture, std::stoi(caption.substr(caption.find(':') + 1)) % 3 ? "Sheet1" : "Sheet2") << caption;
+    EXPECT_EQ(staff.timeSignature, t < kTimeCount ? t : 0);
+    EXPECT_EQ(staff.notes, Melody().notes) << caption;
   }
+}
+
+TEST_F(Menus, BarCutClearInsertAndPaste) {
+  const struct {
+    int target, copied;
+    void (*op)(Staff&);
+    V after;
+  } cases[] = {
+      {0, 0, BarDelete, {"128:D494", "272:E494"}},
+      {1, 0, BarDelete, {"128:C494", "272:E494"}},
+      {1, 0, BarClear, {"128:C494", "416:E494"}},
+      {1, 0, BarAdd, {"128:C494", "416:D494", "560:E494"}},
+      {2, 0, BarCopy, {"128:C494", "272:D494", "416:C494"}},
+      {1, 1, BarCopy, {"128:C494", "416:E494"}},  // a bar pasted onto itself empties it
+      {4, 1, BarCopy, {"128:C494", "272:D494", "416:E494", "704:D494"}},
+  };
+  for (const auto& c : cases) {
+    Staff s = Bars(3);
+    s.selectedBar = c.target;
+    s.copiedBar = c.copied;
+    c.op(s);
+    EXPECT_EQ(TokensByLeft(s), c.after) << c.after[0];
+    EXPECT_EQ(s.notes[0].left, 120) << "the template never moves";
+  }
+  Staff s = Bars(3);
+  s.notes[2].left = 10232;
+  BarAdd(s);
+  EXPECT_EQ(std::vector<int>({s.notes[1].left, s.notes[2].left, s.notes[3].left}), std::vector<int>({272, 10232, 416}))
+      << "past 10224 the walk stops; notes behind it in entry order stay";
+}
+
+// The user copies bar 2, a note and a chord with signs and pictures, scrolls five bars
+// on and pastes onto the bar third from the left: bar 8 of the score gets an exact copy.
+TEST_F(Menus, BarCopyScrollPasteCopiesTheBarTheUserChose) {
+  Staff s = Bars(12);
+  Note& chord = s.AddNote(Made("F4#94", 108, 416));
+  chord.stemDown = true;
+  chord.picture = "u4";
+  s.keySignature = 5;  // nothing is read again under the key
+  s.selectedBar = 2;
+  BarCopyMark(s);
+  ScrollTo(s, 720);
+  s.selectedBar = 3;
+  BarCopy(s);
+  ScrollTo(s, 0);
+  std::vector<Note> sources, copies;
+  for (const Note& n : s.notes) {
+    if (n.left == 416) sources.push_back(n);
+    if (n.left == 416 + 6 * 144) copies.push_back(n);
+  }
+  ASSERT_EQ(sources.size(), 2u) << "the source stays";
+  for (Note& n : sources) n.left += 6 * 144;
+  EXPECT_EQ(copies, sources) << "bar 8's own note is gone, the copy is exact";
+}
+
+TEST_F(Menus, BarDoubleWritesTheScoreOutTwiceUpTo36Bars) {
+  for (auto [lastLeft, offset] : {std::pair{240, 144}, {136, 0}, {5304, 5184}, {5328, -1}}) {
+    Staff s = Bars(2);
+    s.notes[2].left = lastLeft;
+    ScrollTo(s, 288);
+    BarDouble(s);
+    EXPECT_EQ(s.scrollValue, 0);
+    std::vector<int> lefts, want = {128, lastLeft};
+    for (const Note& n : s.notes) lefts.push_back(n.left);
+    if (offset >= 0) want.insert(want.end(), {128 + offset, lastLeft + offset});
+    EXPECT_EQ(std::vector(lefts.begin() + 1, lefts.end()), want);
+  }
+}
+
+TEST_F(Menus, BarDeleteAllAsksOnlyWhenItMust) {
+  FakeConfirm confirm;
+  confirm.answer = false;
+  Staff s = Bars(3);
+  s.keySignature = 4;
+  ChooseFromStaffMenu(s, BarOperation::DeleteAll, 20, 78, confirm);
+  EXPECT_EQ(s.NoteCount(), 0) << "an unchanged score is cleared without asking";
+  EXPECT_EQ(s.keySignature, 4);
+  s = Bars(3);
+  s.hasChanges = true;
+  ChooseFromStaffMenu(s, BarOperation::DeleteAll, 20, 78, confirm);
+  EXPECT_EQ(confirm.asked, (V{"楽譜の音符を全部削除しますか？"}));
+  EXPECT_EQ(s.NoteCount(), 3) << "cancel changes nothing";
+  confirm.answer = true;
+  s.title = "曲";
+  ChooseFromBarMenu(s, Modes{}, BarOperation::DeleteAll, confirm);
+  EXPECT_EQ(confirm.asked.size(), 2u) << "the menu road always asks, and clears the whole score";
+  EXPECT_EQ(s.NoteCount() + s.title.size() + s.keySignature, 0u);
+  s = Bars(3);
+  EXPECT_EQ(ChooseFromStaffMenu(s, BarOperation::Cut, 44, 78, confirm), BarMenuOutcome::Done);
+  EXPECT_EQ(TokensByLeft(s), (V{"128:D494", "272:E494"}));
+  EXPECT_EQ(s.entryLeft, 160) << "the staff's menu places the entry column at the mouse";
 }
