@@ -51,17 +51,14 @@ std::string Mutate(std::string s, std::mt19937& rng) {
         s.insert(s.begin() + at, rng() % 4 ? pieces[rng() % (sizeof pieces - 1)] : static_cast<char>(rng()));
         break;
       case 1:
-        if (!s.empty() && at < s.size()) s.erase(at, 1 + rng() % 4);
+        if (at < s.size()) s.erase(at, 1 + rng() % 4);
         break;
       case 2:
         if (at < s.size()) s[at] = static_cast<char>(rng());
         break;
-      case 3: {  // splice in a piece of itself
-        if (s.empty()) break;
-        const std::size_t from = rng() % s.size();
-        s.insert(at, s.substr(from, 1 + rng() % 30));
+      case 3:  // splice in a piece of itself
+        if (!s.empty()) s.insert(at, s.substr(rng() % s.size()).substr(0, 1 + rng() % 30));
         break;
-      }
       default:  // a huge number
         s.insert(at, numbers[rng() % std::size(numbers)]);
     }

@@ -26,31 +26,22 @@ TEST(ScoreFile, SaveWritesEntryOrderUnscrolledAndTheTwoNoteFileReadsBackExactly)
                                        "192,106,0,60,60,0,0,0,0,8,0008 ;題;;3;2;12;9;2\n");
   ResetAfterSave(s, settings);
   EXPECT_EQ(SaveFileText(s, settings), ";演奏;作曲家/解説;3;2;7;0;0\n") << "a new score, the instrument kept";
-  const ScoreFile f = ParseScoreFile(kTwoNotes);
-  ASSERT_EQ(f.notes.size(), 2u);
-  EXPECT_EQ(f.notes[0].picture, "n8");
-  EXPECT_EQ(f.notes[1].token, "D492");
-  EXPECT_EQ(ScoreFileText(f), kTwoNotes);
+  EXPECT_EQ(ScoreFileText(ParseScoreFile(kTwoNotes)), kTwoNotes);
+  EXPECT_EQ(ParseScoreFile(kTwoNotes).notes[1].picture, "n2") << "a loaded note wears its stored picture";
 }
 
 namespace {
 // The report in a few words, so a case names every repair it expects and no other.
 std::string Summary(const ScoreReadReport& r) {
+  const char* names[] = {"bom", "notes only", "missing score fields", "unreadable score numbers", "missing",
+                         "extra", "unreadable", "huge", "tempo", "key", "time"};
+  const long long counts[] = {r.byteOrderMarkSkipped, r.noScoreFields, r.missingScoreFields, r.unreadableScoreNumbers,
+                              r.recordsMissingFields, r.recordsWithExtraFields, r.recordsWithUnreadableNumbers,
+                              r.recordsWithHugeNumbers, r.tempoOutOfRange.value_or(0), r.keyOutOfRange.value_or(0),
+                              r.timeOutOfRange.value_or(0)};
   std::string s = r.notAScore.empty() ? "" : "not a score";
-  auto add = [&](const char* what, long long n) {
-    if (n) s += std::string(s.empty() ? "" : " ") + what + "=" + std::to_string(n);
-  };
-  add("bom", r.byteOrderMarkSkipped);
-  add("notes only", r.noScoreFields);
-  add("missing score fields", r.missingScoreFields);
-  add("unreadable score numbers", r.unreadableScoreNumbers);
-  add("missing", r.recordsMissingFields);
-  add("extra", r.recordsWithExtraFields);
-  add("unreadable", r.recordsWithUnreadableNumbers);
-  add("huge", r.recordsWithHugeNumbers);
-  add("tempo", r.tempoOutOfRange.value_or(0));
-  add("key", r.keyOutOfRange.value_or(0));
-  add("time", r.timeOutOfRange.value_or(0));
+  for (int i = 0; i < 11; ++i)
+    if (counts[i]) s += (s.empty() ? "" : " ") + std::string(names[i]) + "=" + std::to_string(counts[i]);
   return s;
 }
 }  // namespace
@@ -85,10 +76,10 @@ TEST(ScoreFileReader, ReadsAnyTextAndCountsEveryRepairByKind) {
     const ScoreFile f = ParseScoreFile(c.text, &report);
     EXPECT_EQ(Summary(report), c.summary) << c.text;
     EXPECT_EQ(report.Repairs().empty(), report.notAScore.empty() && c.summary.empty()) << c.text;
-    const std::string first = f.notes.empty() ? "" : std::to_string(f.notes[0].left) + "," + std::to_string(f.notes[0].top);
-    EXPECT_EQ(f.title + "|" + f.comment + "|" + std::to_string(f.tempoSlider) + " " + std::to_string(f.keySignature) + " " +
-                  std::to_string(f.timeSignature) + "|" + std::to_string(f.notes.size()) + "|" + first,
-              c.fields) << c.text;
+    auto str = [](auto n) { return std::to_string(n); };
+    const std::string first = f.notes.empty() ? "" : str(f.notes[0].left) + "," + str(f.notes[0].top);
+    EXPECT_EQ(f.title + "|" + f.comment + "|" + str(f.tempoSlider) + " " + str(f.keySignature) + " " +
+                  str(f.timeSignature) + "|" + str(f.notes.size()) + "|" + first, c.fields) << c.text;
   }
 }
 
@@ -125,7 +116,7 @@ TEST(ScoreFileRoundTrip, RandomStaffsComeBackNoteForNote) {
     Staff back;
     EXPECT_EQ(LoadScoreText(back, text), settings.tempoSlider);
     ASSERT_EQ(back.NoteCount(), s.NoteCount());
-    for (int i = 1; i <= s.NoteCount(); ++i) ASSERT_TRUE(back.notes[i].StoredFields() == s.notes[i].StoredFields()) << i;
+    for (int i = 1; i <= s.NoteCount(); ++i) ASSERT_TRUE(back.notes[i].StoredFields() == s.notes[i].StoredFields());
     EXPECT_EQ(std::tie(back.title, back.comment, back.keySignature, back.timeSignature),
               std::tie(s.title, s.comment, s.keySignature, s.timeSignature));
     EXPECT_EQ(SaveFileText(back, settings), text);
