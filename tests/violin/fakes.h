@@ -27,8 +27,7 @@ inline std::string PitchText(int pitch) {
   return pitch % 256 == 3 ? "p(" + std::to_string(pitch / 256) + ")" : std::to_string(pitch);
 }
 
-class FakePlayer : public NotePlayer {
- public:
+struct FakePlayer : NotePlayer {
   FakePlayer(Log& log, int id) : log_(log), name_("player" + std::to_string(id) + " ") {}
   void Instrument(int number) override { log_.push_back(name_ + "inst " + std::to_string(number)); }
   void PlayNote(int pitch, int velocity) override {
@@ -41,32 +40,25 @@ class FakePlayer : public NotePlayer {
     return open;
   }
   std::vector<std::pair<int, int>> notes;  // (pitch, velocity) in call order
-
- private:
   Log& log_;
   std::string name_;
 };
 
-class FakeFingerboard : public FingerboardView {
- public:
+struct FakeFingerboard : FingerboardView {
   explicit FakeFingerboard(Log& log) : log_(log) {}
   void ShowFinger(int string, int cell) override { log_.push_back("G " + Place(string, cell)); }
   void HideFinger(int string, int cell) override { log_.push_back("GF " + Place(string, cell)); }
   void ShowCleanViolin() override { log_.push_back("clean"); }
-
- private:
   static std::string Place(int string, int cell) { return std::to_string(string) + "/" + std::to_string(cell); }
   Log& log_;
 };
 
-class FakeKeys : public KeyState {
- public:
+struct FakeKeys : KeyState {
   bool AsyncKeyDown(int code) const override { return down.count(code) != 0; }
   std::set<int> down;
 };
 
-class FakeClock : public Clock {
- public:
+struct FakeClock : Clock {
   long long Ticks() const override { return static_cast<long long>(now * 60 / 1e6); }
   double Microseconds() const override { return now; }
   double now = 1e9;  // far from zero, so elapsed time and raw clock differ
@@ -96,13 +88,10 @@ struct FakeSound {
   }
 };
 
-class FakeStaffView : public StaffView {
- public:
+struct FakeStaffView : StaffView {
   explicit FakeStaffView(Log& log) : log_(log) {}
   void RefreshNote(int index) override { log_.push_back("refresh " + std::to_string(index)); }
   void RefreshStaff() override { log_.push_back("refresh staff"); }
-
- private:
   Log& log_;
 };
 
@@ -128,8 +117,7 @@ class FakeScoreList : public ScoreList {
   const Modes& modes_;
 };
 
-class FakeConfirm : public Confirm {
- public:
+struct FakeConfirm : Confirm {
   bool Ask(const std::string& message, const std::string&, const std::string&) override {
     return asked.push_back(message), answer;
   }

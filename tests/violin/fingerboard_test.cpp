@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <tuple>
 
 #include "violin/fingerboard.h"
 #include "fakes.h"
@@ -27,7 +28,6 @@ TEST(Fingerboard, EachCellBandLiesAroundItsDrawnFinger) {
       EXPECT_EQ(CellOfX(x) == cell, std::abs(2 * x + 1 - centre2) < 25) << "x " << x << " cell " << cell;
   }
   for (int x : {90, 109, 360, 384, 585, -20, 900}) EXPECT_EQ(CellOfX(x), 0) << "x " << x;
-  EXPECT_EQ(HandGeometryAt(1, 0).finger, (Rect{90, 185, 15, 15}));
   EXPECT_EQ(HandGeometryAt(4, 0).string, (Rect{104, 223, 530, 3})) << "the string vibrates right of the finger";
   EXPECT_EQ(HandGeometryAt(3, 16).finger, (Rect{490, 207, 15, 15}));
   for (int cell : {-1, kFirstUndrawnCell}) EXPECT_FALSE(HandGeometryAt(1, cell).drawn) << cell;
@@ -77,7 +77,5 @@ TEST_F(MouseFixture, PageTurnsAndPlaybackBlocks) {
   EXPECT_TRUE(Down(215, 200).handled && staff.scrollValue == 0);
   staff.entryLeft = 984;
   EXPECT_FALSE(Down(215, 150).handled);
-  EXPECT_EQ(staff.entryLeft, 280);
-  EXPECT_EQ(staff.scrollValue, 720);  // 840 cut to whole bars
-  EXPECT_EQ(staff.notes[1].left, 240);
+  EXPECT_EQ(std::tuple(staff.entryLeft, staff.scrollValue, staff.notes[1].left), std::tuple(280, 720, 240)) << "840 cut to whole bars";
 }
