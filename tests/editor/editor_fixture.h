@@ -1,8 +1,9 @@
-// What the editor's tests share: a staff with its entry state and modes, tuning in C major
-// and fake players that log what they hear.
+// What the editor's tests share: a staff, its entry state, tuning in C and logging players.
 #pragma once
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 #include "editor/note_entry.h"
 #include "score/note_tables.h"
@@ -47,6 +48,14 @@ inline Staff StaffOf(std::initializer_list<Note> notes) {
 inline std::string Show(const Note& n) {
   return std::to_string(n.left) + "," + std::to_string(n.top) + " " + std::to_string(n.pitch) + " " + n.token +
          " " + n.picture;
+}
+// "left:token" of every note, in entry order or from left to right.
+inline std::vector<std::string> Placed(const Staff& s, bool byLeft = false) {
+  std::vector<Note> notes(s.notes.begin() + 1, s.notes.end());
+  if (byLeft) std::stable_sort(notes.begin(), notes.end(), [](auto& a, auto& b) { return a.left < b.left; });
+  std::vector<std::string> out;
+  for (auto& n : notes) out.push_back(std::to_string(n.left) + ":" + n.token);
+  return out;
 }
 
 }  // namespace lirenza::testing

@@ -16,8 +16,7 @@ struct NoteEntry : Editor {
 };
 }  // namespace
 
-// Snapped to the grid, clear of bar lines and ends, moved down past a note already there;
-// then, with the crotchet rest button, rests on their own row, a second one 18 lower.
+// Grid, bar lines, ends, clashes; then crotchet rests on their own row, a second one 18 lower.
 TEST_F(NoteEntry, DoubleClicksPlaceNotesOnTheGrid) {
   const struct {
     int x, y;
@@ -46,17 +45,14 @@ TEST_F(NoteEntry, DoubleClickWindowGuardsAndBarSelection) {
   EXPECT_TRUE(EnterNoteAt(staff, entry, {}, {}, 1029, 300, 78)) << "29 ticks is a double click";
   EXPECT_TRUE(EnterNoteAt(staff, entry, {}, {}, 1029, 340, 78)) << "every click within the window makes a note";
   EXPECT_FALSE(EnterNoteAt(staff, entry, {}, {}, 1030, 380, 78)) << "30 ticks is not";
-  Modifiers shift;
-  shift.shift = true;
-  EXPECT_FALSE(EnterNoteAt(staff, entry, {}, shift, 1032, 20, 78));
+  EXPECT_FALSE(EnterNoteAt(staff, entry, {}, Modifiers{.shift = true}, 1032, 20, 78));
   EXPECT_EQ(staff.NoteCount(), 2);
   EXPECT_EQ(staff.selectedBar, 2) << "guarded presses change nothing";
   PressRightOfStaff(entry, 1500);
   EXPECT_TRUE(EnterNoteAt(staff, entry, {}, {}, 1510, 20, 78)) << "a press at the right end starts a double click";
 }
 
-// A pitch played on the fingerboard is entered as played where no key acts on its line;
-// the fingerboard steps 32 whatever the length.
+// Played pitches are entered as played where no key acts on their line, 32 apart at any length.
 TEST_F(NoteEntry, TheFingerboardKeepsThePitchPlayedAndTheSignatureWins) {
   ChooseLength(staff, entry, modes, 8);
   for (auto [key, pitch, sign, note] : {std::tuple{1, 65, 0, "136,111 66 F4#98 n8 sign 0"}, {1, 65, 1, "168,111 66 F4#98 n8 sign 0"},

@@ -1,5 +1,4 @@
-// Walks a user makes through the editor and the violin together, asserting the whole
-// staff and every call the players received, in order.
+// Walks through the editor and the violin together: the whole staff, every call the players got.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -27,12 +26,6 @@ struct Walk : Editor {
     EnterPlayedNote(staff, entry, r.index, r.accidental);
     FingerboardMouseUp(press, tuning, rig.ports);
   }
-  std::vector<std::string> Placed() const {
-    std::vector<std::string> out;
-    for (size_t i = 1; i < staff.notes.size(); ++i)
-      out.push_back(std::to_string(staff.notes[i].left) + ":" + staff.notes[i].token);
-    return out;
-  }
 };
 
 }  // namespace
@@ -42,7 +35,7 @@ TEST_F(Walk, AMelodyOnTheFingerboardSoundsEntersAndLeavesNothingSounding) {
   Finger(120, 196);        // A string, first cell: A sharp 4, written as a sharp
   Finger(145, 185, true);  // E string, second cell: F sharp 5, written as G flat with Option
   Finger(600, 218);        // past the last band on the G string: the open string
-  EXPECT_EQ(Placed(), (std::vector<std::string>{"136:D494", "168:A4#94", "200:G5b94", "232:G394"}));
+  EXPECT_EQ(Placed(staff), (std::vector<std::string>{"136:D494", "168:A4#94", "200:G5b94", "232:G394"}));
   EXPECT_EQ(staff.notes[2].pitch, 70);
   EXPECT_EQ(staff.notes[3].pitch, 78);
   const std::vector<std::pair<int, int>> live = {{P(62), 80}, {P(62), 0}, {P(70), 80}, {P(70), 0},
@@ -71,13 +64,12 @@ TEST_F(Walk, EnterChangeKeyAndBackThenPlayTheChordWithAFakeClock) {
   ChooseLength(staff, entry, modes, 2);
   DoubleClick(52, 66);  // G4 half note
   ASSERT_TRUE(ChooseKey(staff, tuning, modes, 1));
-  EXPECT_EQ(Placed(), (std::vector<std::string>{"136:G494", "136:B494", "168:D592"}));
+  EXPECT_EQ(Placed(staff), (std::vector<std::string>{"136:G494", "136:B494", "168:D592"}));
   ASSERT_TRUE(ChooseKey(staff, tuning, modes, 0));
-  EXPECT_EQ(Placed(), (std::vector<std::string>{"136:C494", "136:E494", "168:G492"}));
+  EXPECT_EQ(Placed(staff), (std::vector<std::string>{"136:C494", "136:E494", "168:G492"}));
   EXPECT_EQ(tuning.pitches[60], 15400);
 
   FakeClock clock;
-  clock.now = 0;
   FakeStaffView view(rig.log);
   FakeScoreList list(rig.log, staff, modes);
   int handPosition = 0;
@@ -103,8 +95,7 @@ TEST_F(Walk, EnterChangeKeyAndBackThenPlayTheChordWithAFakeClock) {
   EXPECT_TRUE(rig.players[1].StillSounding().empty());
 }
 
-// While a score is read or played, each operation refuses under each of the three busy
-// flags and the staff stays as it was; with nothing busy, each acts.
+// Under each busy flag every operation refuses and the staff stays; with none, each acts.
 TEST_F(Walk, EveryScoreChangeIsRefusedWhileBusy) {
   ASSERT_TRUE(DoubleClick(20, 78));
   FakeConfirm confirm;
