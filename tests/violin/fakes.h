@@ -1,6 +1,5 @@
 #pragma once
-// Fakes for the desktop: players, fingerboard and staff view write into one log, so a
-// test sees the order of sound and picture across them all.
+// Desktop fakes: players, fingerboard and staff view share one log, in call order.
 #include <algorithm>
 #include <iterator>
 #include <set>
@@ -23,9 +22,7 @@ inline TuningTables MarkedTuning() {
   for (int i = 0; i < kPitchTableSize; ++i) t.pitches[i] = i * 256LL + 3;
   return t;
 }
-inline std::string PitchText(int pitch) {
-  return pitch % 256 == 3 ? "p(" + std::to_string(pitch / 256) + ")" : std::to_string(pitch);
-}
+inline std::string PitchText(int p) { return p % 256 == 3 ? "p(" + std::to_string(p / 256) + ")" : std::to_string(p); }
 
 struct FakePlayer : NotePlayer {
   FakePlayer(Log& log, int id) : log_(log), name_("player" + std::to_string(id) + " ") {}
@@ -96,8 +93,7 @@ struct FakeStaffView : StaffView {
 };
 
 // Each row a score that SetNotes loads onto the staff.
-class FakeScoreList : public ScoreList {
- public:
+struct FakeScoreList : ScoreList {
   FakeScoreList(Log& log, Staff& staff, const Modes& modes) : log_(log), staff_(staff), modes_(modes) {}
   int Rows() const override { return static_cast<int>(scores.size()); }
   int SelectedRow() const override { return selected; }
@@ -110,8 +106,6 @@ class FakeScoreList : public ScoreList {
   }
   std::vector<std::vector<Note>> scores;
   int selected = 0;
-
- private:
   Log& log_;
   Staff& staff_;
   const Modes& modes_;

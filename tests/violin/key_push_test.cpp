@@ -22,12 +22,10 @@ TEST(PositionOf, StringBoundariesInEachPosition) {
 
 // Sound, then the finger inside the fingerboard; an index off the pitch table is not sounded.
 TEST(PlayAndShow, SoundsFirstThenDrawsOnlyInsideTheFingerboard) {
-  struct Case {
-    int handPosition, index, velocity;
-    Log calls;
-  } cases[] = {{0, 60, 100, {"player1 p(60) 100", "G 4/5"}}, {0, 60, 0, {"player1 p(60) 0", "GF 4/5"}},
-               {2, 81, 64, {"player1 p(81) 64", "G 2/12"}}, {0, 92, 100, {"player1 p(92) 100"}},
-               {0, -1, 100, {}}, {0, kPitchTableSize, 100, {}}};
+  struct Case { int handPosition, index, velocity; Log calls; };
+  const Case cases[] = {{0, 60, 100, {"player1 p(60) 100", "G 4/5"}}, {0, 60, 0, {"player1 p(60) 0", "GF 4/5"}},
+                        {2, 81, 64, {"player1 p(81) 64", "G 2/12"}}, {0, 92, 100, {"player1 p(92) 100"}},
+                        {0, -1, 100, {}}, {0, kPitchTableSize, 100, {}}};
   for (const auto& c : cases) {
     FakeSound sound;
     PlayAndShow(sound.ports, MarkedTuning(), c.handPosition, c.index, c.velocity);

@@ -64,8 +64,7 @@ TEST_F(PlaybackFixture, ATempoChangeMovesTheEventsStillToCome) {
   ASSERT_TRUE(Press(0, kLive));
   EXPECT_TRUE(TickAt(480000, kLoop));
   d = 2.0;  // the note-off at 840000 now falls at 1680000
-  EXPECT_FALSE(TickAt(840000, kLoop));
-  EXPECT_EQ(MicrosecondsUntilDue(state, env), 840000);
+  EXPECT_FALSE(TickAt(840000, kLoop) || MicrosecondsUntilDue(state, env) != 840000);
   EXPECT_FALSE(TickAt(1679999, kLoop));
   EXPECT_TRUE(TickAt(1680000, kLoop));
   d = 0.6;  // 960000, 1140000 and 1200000 × 0.6 are overdue; 1920000 × 0.6 is not
