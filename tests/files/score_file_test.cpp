@@ -66,7 +66,6 @@ TEST(ScoreFileReader, ReadsAnyTextAndCountsEveryRepairByKind) {
       {"", "not a score notes only=1", "||0 0 0|0|"},
       {"hello, world\n", "not a score notes only=1 missing=2 unreadable=2", "||0 0 0|2|0,0"},
       {std::string("\0;;;5;0;7;0;0", 13), "not a score missing=1 unreadable=1", "||7 0 0|1|0,0"},
-      {"\xC3\x28;;;5;0;7;0;0", "not a score missing=1 unreadable=1", "||7 0 0|1|0,0"},
       {"\xED\xA0\x80;;;5;0;7;0;0", "not a score missing=1 unreadable=1", "||7 0 0|1|0,0"},  // a surrogate
       {"\xC0\xAF;;;5;0;7;0;0", "not a score missing=1 unreadable=1", "||7 0 0|1|0,0"},      // an overlong '/'
       {"\xF0\x9F\x8E\xBB;;;5;0;7;0;0", "missing=1 unreadable=1", "||7 0 0|1|0,0"},          // 🎻 is text

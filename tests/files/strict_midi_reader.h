@@ -13,7 +13,6 @@ using Bytes = std::vector<std::uint8_t>;
 struct Decoded {
   bool ok = false;
   std::string error;
-  long long tempo = -1;
   int program = -1;
   struct On { long long tick; int key, velocity; };
   std::vector<On> notes;  // every 0x90 event with its absolute tick (from the program change)
@@ -25,18 +24,14 @@ struct Decoded {
 inline Decoded Decode(const Bytes& b) {
   Decoded d;
   auto fail = [&](const std::string& e) { return d.error = e, d; };
-  if (b.size() < 22 || std::string(b.begin(), b.begin() + 4) != "MThd") return fail("no header");
-  const Bytes header = {0, 0, 0, 6, 0, 0, 0, 1, 0x01, 0xE0};
-  if (!std::equal(header.begin(), header.end(), b.begin() + 4)) return fail("header fields");
-  if (std::string(b.begin() + 14, b.begin() + 18) != "MTrk") return fail("no track");
+  // One track of format 0 at 480 ticks a quarter.
+  const Bytes frame = {'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 0, 0, 1, 0x01, 0xE0, 'M', 'T', 'r', 'k'};
+  if (b.size() < 22 || !std::equal(frame.begin(), frame.end(), b.begin())) return fail("header");
   const std::size_t len = (std::size_t(b[18]) << 24) | (b[19] << 16) | (b[20] << 8) | b[21];
   if (22 + len != b.size()) return fail("track length " + std::to_string(len) + " vs " + std::to_string(b.size() - 22));
   std::size_t i = 22;
   auto data = [&](std::size_t count) {  // the next count bytes exist and are data bytes
-    if (i + count > b.size()) return false;
-    for (std::size_t k = i; k < i + count; ++k)
-      if (b[k] >= 0x80) return false;
-    return true;
+    return i + count <= b.size() && std::all_of(b.begin() + i, b.begin() + i + count, [](auto c) { return c < 0x80; });
   };
   auto vlq = [&](long long& value) {
     value = 0;
@@ -65,18 +60,12 @@ inline Decoded Decode(const Bytes& b) {
       const std::uint8_t type = b[i++];
       long long l = 0;
       if (!vlq(l) || i + l > b.size()) return fail("bad meta length");
-      if (type == 0x51) {
-        if (l != 3) return fail("tempo length");
-        d.tempo = (b[i] << 16) | (b[i + 1] << 8) | b[i + 2];
-      }
-      if (type == 0x2F) {
-        if (l != 0 || i != b.size()) return fail("end of track not at the end");
-        d.ok = true;
-        return d;
-      }
+      if (type == 0x51 && l != 3) return fail("tempo length");
+      if (type == 0x2F && (l != 0 || i != b.size())) return fail("end of track not at the end");
+      if (type == 0x2F) return d.ok = true, d;
       i += l;
     } else if (status == 0xC0) {
-      if (!data(1)) return fail("program byte " + std::to_string(b[i]));
+      if (!data(1)) return fail("program byte at " + std::to_string(i));
       d.program = b[i++];
       clockStarted = true;
     } else if (status == 0x90) {

@@ -28,9 +28,9 @@ TEST(NoteToken, ReadsFromItsEndAndRepaintsFromTheFields) {
     Note n;
     FillFromToken(n, c.token);
     EXPECT_EQ(n.token, c.token);
-    EXPECT_EQ(std::to_string(n.linePitch) + " " + std::to_string(n.accidental) + " " + std::to_string(n.accidentalSign) +
-                  " " + std::to_string(n.pitch) + " " + n.velocityDigit + " " + n.durationDigit,
-              c.fields) << c.token;
+    auto str = [](int v) { return std::to_string(v); };
+    EXPECT_EQ(str(n.linePitch) + " " + str(n.accidental) + " " + str(n.accidentalSign) + " " + str(n.pitch) + " " +
+                  n.velocityDigit + " " + n.durationDigit, c.fields) << c.token;
     RespellToken(n);
     EXPECT_EQ(n.token, c.repainted);
   }
