@@ -74,23 +74,25 @@ TEST_F(Menus, ActionsChangeTheNoteInPlace) {
   }
 }
 
-// Key items move the notes line by line to the new key and retune; octaves move 21 pixels.
-TEST_F(Menus, KeysAndOctavesMoveTheNotesAndRetune) {
+// Key items move the notes line by line and retune; octaves move 21 pixels; times move nothing.
+TEST_F(Menus, KeysOctavesAndTimes) {
   const struct {
-    int fromKey, item;
+    int fromKey, item, presses;
     const char* notes;
   } cases[] = {
-      {0, 1, "108 67 G498 n8 0/0|99 72 C598 n8 0/0|90 78 F5#98 n8 0/0|"},
-      {1, 8, "144 46 A2#98 u8 0/0|135 52 E398 u8 0/0|126 57 A398 u8 0/0|"},
-      {3, 3, "120 60 C498 n8 0/0|111 65 F498 n8 0/0|102 71 B498 n8 0/0|"},
-      {5, kOctaveUpItem, "99 73 C5#98 n8 0/0|90 78 F5#98 n8 0/0|81 83 B598 n8 0/0|"},
-      {5, kOctaveDownItem, "141 49 C3#98 u8 0/0|132 54 F3#98 u8 0/0|123 59 B398 u8 0/0|"},
+      {0, 1, 1, "108 67 G498 n8 0/0|99 72 C598 n8 0/0|90 78 F5#98 n8 0/0|"},
+      {1, 8, 1, "144 46 A2#98 u8 0/0|135 52 E398 u8 0/0|126 57 A398 u8 0/0|"},
+      {3, 3, 1, "120 60 C498 n8 0/0|111 65 F498 n8 0/0|102 71 B498 n8 0/0|"},
+      {5, kOctaveUpItem, 1, "99 73 C5#98 n8 0/0|90 78 F5#98 n8 0/0|81 83 B598 n8 0/0|"},
+      {5, kOctaveDownItem, 1, "141 49 C3#98 u8 0/0|132 54 F3#98 u8 0/0|123 59 B398 u8 0/0|"},
+      {0, kOctaveUpItem, 3, "57 96 C798 u8 0/0|54 98 D798 u8 0/0|54 98 D798 u8 0/0|"},  // held at the top
+      {0, kOctaveDownItem, 5, "159 38 D298 u8 0/0|159 38 D298 u8 0/0|159 38 D298 u8 0/0|"},  // a line above entry's end
   };
   for (const auto& c : cases) {
     staff = Melody();
     staff.keySignature = c.fromKey;
     tuning = TuningTables{};
-    ASSERT_TRUE(ChooseKey(staff, tuning, modes, c.item));
+    for (int i = 0; i < c.presses; ++i) ASSERT_TRUE(ChooseKey(staff, tuning, modes, c.item));
     std::string notes;
     for (int i = 1; i <= 3; ++i) notes += Written(staff.notes[i]) + "|";
     EXPECT_EQ(notes, c.notes) << KeyMenuCaption(c.item);
@@ -98,29 +100,12 @@ TEST_F(Menus, KeysAndOctavesMoveTheNotesAndRetune) {
     EXPECT_GT(tuning.pitches[69], 0) << "retuned after every choice";
   }
   EXPECT_FALSE(ChooseKey(staff, tuning, modes, kKeyMenuItemCount)) << "no such item";
-}
-
-TEST_F(Menus, OctavesClampAtTheEndsAndKeepWrittenSigns) {
-  staff = Melody();
-  staff.notes[2].accidentalSign = 3;  // F natural with its own sign
-  staff.notes[2].accidental = -1;
-  for (int i = 0; i < 3; ++i) ChooseKey(staff, tuning, modes, kOctaveUpItem);
-  EXPECT_EQ(Written(staff.notes[3]), "54 98 D798 u8 0/0") << "held at the top end";
-  EXPECT_EQ(Written(staff.notes[2]), "54 97 D7b98 u8 3/-1") << "written signs are not touched";
-  for (int i = 0; i < 5; ++i) ChooseKey(staff, tuning, modes, kOctaveDownItem);
-  EXPECT_EQ(Written(staff.notes[1]), "159 38 D298 u8 0/0") << "held at the bottom end, one line above entry's";
-}
-
-// A time item sets the metre its caption names, triple ones on the other sheet; no note moves.
-TEST_F(Menus, TimeChangesPicturesOnly) {
-  for (int t = 0; t <= kTimeCount; ++t) {
+  for (int t = 0; t < kTimeCount; ++t) {
     const std::string caption(TimeMenuCaption(t));
-    staff = Melody();
-    EXPECT_EQ(ChooseTime(staff, modes, t), t < kTimeCount);
-    if (t < kTimeCount)
-      EXPECT_EQ(staff.sheetPicture, std::stoi(caption.substr(caption.find(':') + 1)) % 3 ? "Sheet1" : "Sheet2") << caption;
-    EXPECT_EQ(staff.timeSignature, t < kTimeCount ? t : 0);
-    EXPECT_EQ(staff.notes, Melody().notes) << caption;
+    const auto before = staff.notes;
+    ASSERT_TRUE(ChooseTime(staff, modes, t));
+    EXPECT_EQ(staff.sheetPicture, std::stoi(caption.substr(caption.find(':') + 1)) % 3 ? "Sheet1" : "Sheet2") << caption;
+    EXPECT_EQ(staff.notes, before) << "a time item changes pictures only";
   }
 }
 

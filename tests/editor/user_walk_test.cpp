@@ -70,6 +70,7 @@ TEST_F(Walk, EnterChangeKeyAndBackThenPlayTheChordWithAFakeClock) {
   EXPECT_EQ(tuning.pitches[60], 15400);
 
   FakeClock clock;
+  clock.now = 0;
   FakeStaffView view(rig.log);
   FakeScoreList list(rig.log, staff, modes);
   int handPosition = 0;
