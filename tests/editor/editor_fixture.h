@@ -20,7 +20,6 @@ struct Editor : ::testing::Test {
   long long ticks = 0;
   Editor() { TuneToKey(tuning, 0); }
   int P(int index) const { return static_cast<int>(tuning.pitches[index]); }
-  // A double click at canvas x, y: two presses five ticks apart.
   bool DoubleClick(int x, int y) {
     ticks += 100;
     EnterNoteAt(staff, entry, modes, {}, ticks, x, y);
@@ -28,7 +27,7 @@ struct Editor : ::testing::Test {
   }
 };
 
-// A note as entry would make it from its token, at the given place.
+// A note as entry makes it from its token, at the given place.
 inline Note Made(const char* token, int top, int left = 304, int keyShift = 0) {
   Note n;
   FillFromToken(n, token);

@@ -108,7 +108,6 @@ TEST_F(Walk, EveryScoreChangeIsRefusedWhileBusy) {
       {"choose a length", [](Walk& w, const Modes& m) { ChooseLength(w.staff, w.entry, m, 8); return w.entry.lengthButton == 8; }},
       {"note menu", [](Walk& w, const Modes& m) { return ChooseFromNoteMenu(w.staff.notes[1], m, {NoteMenuChoice::Kind::Length, 2}); }},
       {"key menu", [](Walk& w, const Modes& m) { return ChooseKey(w.staff, w.tuning, m, 3); }},
-      {"octave", [](Walk& w, const Modes& m) { return ChooseKey(w.staff, w.tuning, m, kOctaveUpItem); }},
       {"time menu", [](Walk& w, const Modes& m) { return ChooseTime(w.staff, m, 2); }},
       {"bar menu", [&confirm](Walk& w, const Modes& m) {
          return ChooseFromBarMenu(w.staff, m, BarOperation::Insert, confirm) == BarMenuOutcome::Done;
