@@ -43,10 +43,10 @@ inline Staff StaffOf(std::initializer_list<Note> notes) {
   for (const Note& n : notes) s.AddNote(n);
   return s;
 }
-// Where a note sits and what it is: "left,top pitch token picture".
-inline std::string Show(const Note& n) {
-  return std::to_string(n.left) + "," + std::to_string(n.top) + " " + std::to_string(n.pitch) + " " + n.token +
-         " " + n.picture;
+// Where a note sits and what it is: "left,top pitch token picture", then "sign/accidental".
+inline std::string Show(const Note& n, bool signs = false) {
+  return std::to_string(n.left) + "," + std::to_string(n.top) + " " + std::to_string(n.pitch) + " " + n.token + " " +
+         n.picture + (signs ? " " + std::to_string(n.accidentalSign) + "/" + std::to_string(n.accidental) : "");
 }
 // "left:token" of every note, in entry order or from left to right.
 inline std::vector<std::string> Placed(const Staff& s, bool byLeft = false) {

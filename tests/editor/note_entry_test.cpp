@@ -33,7 +33,6 @@ TEST_F(NoteEntry, DoubleClicksPlaceNotesOnTheGrid) {
     if (&c == &clicks[15]) ChooseLength(staff, entry, modes, 20);
     ASSERT_TRUE(DoubleClick(c.x, c.y));
     EXPECT_EQ(Show(staff.notes.back()), c.note) << c.x << "," << c.y;
-    EXPECT_FALSE(staff.notes.back().stemDown) << "entry leaves position alone";
     EXPECT_EQ(std::pair(staff.entryLeft, staff.entryTop), std::pair(staff.notes.back().left + 32, staff.notes.back().top));
   }
 }
@@ -54,11 +53,11 @@ TEST_F(NoteEntry, DoubleClickWindowGuardsAndBarSelection) {
 // Played pitches are entered as played where no key acts on their line, 32 apart at any length.
 TEST_F(NoteEntry, TheFingerboardKeepsThePitchPlayedAndTheSignatureWins) {
   ChooseLength(staff, entry, modes, 8);
-  for (auto [key, pitch, sign, note] : {std::tuple{1, 65, 0, "136,111 66 F4#98 n8 sign 0"}, {1, 65, 1, "168,111 66 F4#98 n8 sign 0"},
-                                        {0, 98, 0, "200,57 98 D798 u8 sign 0"}, {0, 60, 1, "232,120 61 C4#98 n8 sign 1"}}) {
+  for (auto [key, pitch, sign, note] : {std::tuple{1, 65, 0, "136,111 66 F4#98 n8 0/0"}, {1, 65, 1, "168,111 66 F4#98 n8 0/0"},
+                                        {0, 98, 0, "200,57 98 D798 u8 0/0"}, {0, 60, 1, "232,120 61 C4#98 n8 1/1"}}) {
     staff.keySignature = key;
     EnterPlayedNote(staff, entry, pitch, sign);
-    EXPECT_EQ(Show(staff.notes.back()) + " sign " + std::to_string(staff.notes.back().accidentalSign), note);
+    EXPECT_EQ(Show(staff.notes.back(), true), note);
   }
 }
 

@@ -117,13 +117,9 @@ TEST_F(Walk, EveryScoreChangeIsRefusedWhileBusy) {
     Modes busy;
     busy.*flag = true;
     for (const auto& op : operations) {
-      const Staff before = staff;
-      const int lengthBefore = entry.lengthButton;
+      const auto before = std::tuple(staff.notes, staff.keySignature, staff.timeSignature, entry.lengthButton);
       EXPECT_FALSE(op.run(*this, busy)) << op.name;
-      EXPECT_EQ(staff.notes, before.notes) << op.name;
-      EXPECT_EQ(staff.keySignature, before.keySignature) << op.name;
-      EXPECT_EQ(staff.timeSignature, before.timeSignature) << op.name;
-      EXPECT_EQ(entry.lengthButton, lengthBefore) << op.name;
+      EXPECT_EQ(std::tie(staff.notes, staff.keySignature, staff.timeSignature, entry.lengthButton), before) << op.name;
     }
   }
   for (const auto& op : operations) EXPECT_TRUE(op.run(*this, Modes{})) << op.name;
