@@ -38,11 +38,7 @@ inline Note Made(const char* token, int top, int left = 304, int keyShift = 0) {
   RespellToken(n);
   return n;
 }
-inline Staff StaffOf(std::initializer_list<Note> notes) {
-  Staff s;
-  for (const Note& n : notes) s.AddNote(n);
-  return s;
-}
+inline Staff StaffOf(std::initializer_list<Note> notes) { Staff s; for (const Note& n : notes) s.AddNote(n); return s; }
 // Where a note sits and what it is: "left,top pitch token picture", then "sign/accidental".
 inline std::string Show(const Note& n, bool signs = false) {
   return std::to_string(n.left) + "," + std::to_string(n.top) + " " + std::to_string(n.pitch) + " " + n.token + " " +

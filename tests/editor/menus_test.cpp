@@ -8,7 +8,6 @@ using namespace lirenza;
 using namespace lirenza::testing;
 
 namespace {
-// C4, F4, B4 entered in C major at their entry places, and a rest.
 Staff Melody() { return StaffOf({Made("C498", 120, 136), Made("F498", 111, 168), Made("B498", 102, 200), Made("0008", 111, 232)}); }
 using Menus = Editor;
 // One note per bar at the bar's second column: C4 in bar 0, D4 in bar 1, ...

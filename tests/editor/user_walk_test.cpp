@@ -36,8 +36,7 @@ TEST_F(Walk, AMelodyOnTheFingerboardSoundsEntersAndLeavesNothingSounding) {
   Finger(145, 185, true);  // E string, second cell: F sharp 5, written as G flat with Option
   Finger(600, 218);        // past the last band on the G string: the open string
   EXPECT_EQ(Placed(staff), (std::vector<std::string>{"136:D494", "168:A4#94", "200:G5b94", "232:G394"}));
-  EXPECT_EQ(staff.notes[2].pitch, 70);
-  EXPECT_EQ(staff.notes[3].pitch, 78);
+  EXPECT_EQ(std::pair(staff.notes[2].pitch, staff.notes[3].pitch), std::pair(70, 78));
   const std::vector<std::pair<int, int>> live = {{P(62), 80}, {P(62), 0}, {P(70), 80}, {P(70), 0},
                                                  {P(78), 80}, {P(78), 0}, {P(55), 80}, {P(55), 0}};
   EXPECT_EQ(rig.players[0].notes, live);
