@@ -5,8 +5,8 @@ set -euo pipefail
 
 packages=(
   build-essential cmake pkg-config ninja-build
-  qt6-base-dev qt6-base-dev-tools libqt6svg6-dev libgl-dev
-  libfluidsynth-dev fluidsynth fluid-soundfont-gm fluid-soundfont-gs
+  qt6-base-dev qt6-base-dev-tools libgl-dev
+  libfluidsynth-dev libglib2.0-dev fluidsynth fluid-soundfont-gm fluid-soundfont-gs
   libasound2-dev libsndfile1-dev
   libgtest-dev googletest
   fonts-ipafont-gothic fonts-ipaexfont lilypond-fonts
