@@ -2,6 +2,8 @@
 // line with a non-zero status, and no half-written sound file is ever left behind.
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 #include "cli_harness.h"
 
 using namespace lirenza::test;
@@ -87,4 +89,23 @@ TEST_F(RenderCli, InstrumentsListsEveryNumberAsExactOrItsFallback) {
   EXPECT_NE(out.find("\n5\t0\t41\t0\t40\texact\tバイオリン\n"), std::string::npos);
   EXPECT_NE(out.find("\n17\t0\t16385\t128\t0\texact\t"), std::string::npos);
   EXPECT_NE(Run({"instruments", "--json"}).out.find("\"total\":235,\"exact\":" + std::to_string(exact)), std::string::npos);
+}
+
+// The progress bar is for a person watching a long render: only on a terminal (script(1)
+// gives one), never into a file. How long the render takes depends on the machine.
+TEST_F(RenderCli, ProgressIsDrawnOnlyOnATerminal) {
+  if (std::system("command -v script >/dev/null 2>&1") != 0) GTEST_SKIP() << "script(1) is not installed";
+  std::string tokens;
+  for (int i = 0; i < 48; ++i) tokens += "C5C1 D5C1 E5C1 G4C1 ";
+  ASSERT_EQ(Run({"kestra", tokens, "-o", S("long.note")}).exit, 0);
+  const std::string render = std::string(std::getenv("LIRENZA_CLI")) + " render " + S("long.note") + " --tempo 0 -o " + S("long.wav");
+  for (bool terminal : {true, false}) {
+    const auto started = std::chrono::steady_clock::now();
+    const auto run = Run({"-qec", render + (terminal ? "" : " 2>" + S("err.txt")), "/dev/null"}, {}, "script");
+    const double took = std::chrono::duration<double>(std::chrono::steady_clock::now() - started).count();
+    ASSERT_EQ(run.exit, 0) << run.out;
+    const bool drawn = (run.out + Slurp(P("err.txt"))).find("rendering [") != std::string::npos;
+    if (!terminal) EXPECT_FALSE(drawn);
+    else if (took > 2.0) EXPECT_TRUE(drawn) << took << " s";
+  }
 }
