@@ -30,12 +30,7 @@ inline LevelRender RenderLevel(const std::string& line, int instrument, const Sy
   if (!synth.LoadFonts(fonts, &error)) return {};
   Staff staff;
   LoadKestraLine(staff, line);
-  RenderJob job;
-  job.tempoFactor = TempoForSlider(kTempoSliderStart).tempoFactor;
-  job.events = BuildEventList(staff.notes, job.tempoFactor, 0.95);
-  TuningTables t;
-  TuneToKey(t, staff.keySignature);
-  job.pitches = t.pitches;
+  RenderJob job = RenderJobFor(staff, TempoForSlider(kTempoSliderStart).tempoFactor, 0.95);
   job.limitPeaks = limit;
   synth.SelectInstrument(job.channel, instrument);
   const RenderResult r = RenderEvents(synth, job, [](const float*, int) { return true; });

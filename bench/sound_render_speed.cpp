@@ -34,12 +34,7 @@ double RenderToWav(const Staff& staff, const std::vector<std::string>& fonts, co
   Synth synth;
   std::string error;
   if (!synth.LoadFonts(fonts, &error)) return 0;
-  RenderJob job;
-  job.tempoFactor = TempoForSlider(kTempoSliderStart).tempoFactor;
-  job.events = BuildEventList(staff.notes, job.tempoFactor, 0.95);
-  TuningTables t;
-  TuneToKey(t, staff.keySignature);
-  job.pitches = t.pitches;
+  const RenderJob job = RenderJobFor(staff, TempoForSlider(kTempoSliderStart).tempoFactor, 0.95);
   synth.SelectInstrument(job.channel, kViolin);
   SoundFileWriter writer;
   if (!writer.Open(out, SoundFileType::Wav, 44100, &error)) return 0;

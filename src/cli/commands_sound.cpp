@@ -91,12 +91,7 @@ void RenderOne(const Args& args, const std::string& in, const std::string& out, 
   Synth synth(options);
   SoundFontList fonts;
   LoadFontsOrFail(synth, &fonts);
-  RenderJob job;
-  job.events = BuildEventList(staff.notes, d, score.gate);
-  job.tempoFactor = d;
-  TuningTables tables;
-  TuneToKey(tables, staff.keySignature);
-  job.pitches = tables.pitches;
+  const RenderJob job = RenderJobFor(staff, d, score.gate);
   synth.SelectInstrument(job.channel, score.inst);
 
   SoundFileWriter writer;

@@ -9,6 +9,16 @@ namespace {
 constexpr int kChunk = 64 * kSynthBlock;  // 4096 frames
 }
 
+RenderJob RenderJobFor(const Staff& staff, double tempoFactor, double gate) {
+  RenderJob job;
+  job.tempoFactor = tempoFactor;
+  job.events = BuildEventList(staff.notes, tempoFactor, gate);
+  TuningTables tables;
+  TuneToKey(tables, staff.keySignature);
+  job.pitches = tables.pitches;
+  return job;
+}
+
 long long EventFrame(double timeMicroseconds, double tempoFactor, double sampleRate) {
   const double frame = timeMicroseconds * tempoFactor * sampleRate / 1e6;
   return std::max(0LL, std::llround(frame / kSynthBlock) * kSynthBlock);

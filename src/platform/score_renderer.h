@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/synth.h"
+#include "score/staff.h"
 #include "tuning/pure_scale.h"
 #include "violin/event_list.h"
 
@@ -38,6 +39,10 @@ struct RenderResult {
 // Interleaved stereo frames; return false to stop.
 using FrameSink = std::function<bool(const float* interleaved, int frames)>;
 using RenderProgress = std::function<void(double fraction)>;
+
+// What the score player sounds for a staff: its events at this tempo factor and gate,
+// tuned to the staff's key.
+RenderJob RenderJobFor(const Staff& staff, double tempoFactor, double gate);
 
 RenderResult RenderEvents(Synth& synth, const RenderJob& job, const FrameSink& sink,
                           const RenderProgress& progress = {});

@@ -31,13 +31,7 @@ inline std::unique_ptr<Synth> DrySynth() {
 inline RenderJob JobFor(std::string_view line, double d, double gate) {
   Staff staff;
   LoadKestraLine(staff, line);
-  RenderJob job;
-  job.tempoFactor = d;
-  job.events = BuildEventList(staff.notes, d, gate);
-  TuningTables t;
-  TuneToKey(t, staff.keySignature);
-  job.pitches = t.pitches;
-  return job;
+  return RenderJobFor(staff, d, gate);
 }
 
 // Mono mix of `frames` frames rendered in blocks.
