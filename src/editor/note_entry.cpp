@@ -14,7 +14,7 @@ const std::array<std::string_view, 9> kLoudnessCaptions = {"ppp", "pp", "p", "mp
 const std::array<std::string_view, 3> kArticulationCaptions = {"Sta", "Nor", "Leg"};
 const std::array<double, 3> kArticulationGates = {0.75, 0.85, 0.95};
 
-int NoteSpaceFor(int digit) {
+int EntrySpacingFor(int digit) {
   if (digit <= 3) return 48;
   if (digit <= 6) return 32;
   if (digit <= 11) return 16;
@@ -113,7 +113,7 @@ void EnterPlayedNote(Staff& staff, const EntryState& entry, int pitch, int accid
 void ChooseLength(Staff& staff, EntryState& entry, const Modes& modes, int index) {
   if (modes.Busy() || index < 0 || index > 31) return;
   entry.lengthButton = index;
-  staff.entrySpacing = NoteSpaceFor(index % 16);
+  staff.entrySpacing = EntrySpacingFor(index % 16);
 }
 
 void ChooseLoudness(EntryState& entry, int index) {

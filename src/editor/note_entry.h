@@ -25,7 +25,7 @@ extern const std::array<std::string_view, 9> kLoudnessCaptions;  // "ppp" ... "f
 extern const std::array<std::string_view, 3> kArticulationCaptions;  // "Sta", "Nor", "Leg"
 extern const std::array<double, 3> kArticulationGates;
 // Column step after a note of a duration digit.
-int NoteSpaceFor(int digit);
+int EntrySpacingFor(int digit);
 // The velocity digit of a loudness button.
 std::string VelocityDigitFor(int loudnessButton);
 

@@ -53,7 +53,7 @@ bool PollingPass(const KeyState& keys, KeyFlags& flag, int position, const Tunin
       if (down) ports.view->ShowFinger(sc.string, sc.cell);
       else ports.view->HideFinger(sc.string, sc.cell);
     }
-    PlayIndex(ports, kLivePlayer, tuning, row.pIndex, down ? kKeyVelocity : 0);
+    PlayIndex(ports, kLivePlayer, tuning, row.pitchIndex, down ? kKeyVelocity : 0);
     pressed = down;
     return true;
   }
@@ -77,7 +77,7 @@ void PanicSweep(const TuningTables& tuning, const SoundPorts& ports) {
   if (ports.view) ports.view->ShowCleanViolin();
 }
 
-KeyDownAction EventKeyDownAction(int charCode) {
+KeyDownAction WindowKeyAction(int charCode) {
   switch (charCode) {
     case 13: return {true, -1, 0};
     case 30: return {false, 0, +1};

@@ -20,7 +20,7 @@ struct KeyRow {
   int code;                        // Macintosh virtual key code
   std::string_view label;          // the key on a US layout
   int flagIndex;                   // which flag says the key counts as pressed
-  int pIndex;                      // pitch index sounded
+  int pitchIndex;                      // pitch index sounded
   std::array<StringCell, 3> place; // string / cell in 1st, 3rd, 5th position
 };
 
@@ -64,6 +64,6 @@ struct KeyDownAction {
   int slider = -1;  // -1: none
   int step = 0;
 };
-KeyDownAction EventKeyDownAction(int charCode);
+KeyDownAction WindowKeyAction(int charCode);
 
 }  // namespace lirenza

@@ -25,14 +25,14 @@ TEST(KeyTable, RowsRiseBySemitonesOnTheKeysTheirLabelsNameAndAgreeWithTheFingerb
     ASSERT_TRUE(virtualKeyCodes.count(row.label)) << row.label;
     EXPECT_EQ(row.code, virtualKeyCodes.at(row.label)) << row.label;
     if (row.label == "Y") --expectedPitch;  // the second key for Shift's note
-    EXPECT_EQ(row.pIndex, expectedPitch++) << row.label;
+    EXPECT_EQ(row.pitchIndex, expectedPitch++) << row.label;
     for (int position = 0; position < 3; ++position) {
-      const StringCell sc = row.place[position], expected = PositionOf(row.pIndex, position);
+      const StringCell sc = row.place[position], expected = PositionOf(row.pitchIndex, position);
       EXPECT_EQ(sc.string * 100 + sc.cell, expected.string * 100 + expected.cell) << row.label << " " << position;
-      EXPECT_EQ(FingerboardPitch(sc.string, sc.cell), row.pIndex) << row.label;
+      EXPECT_EQ(FingerboardPitch(sc.string, sc.cell), row.pitchIndex) << row.label;
     }
   }
-  EXPECT_EQ(kKeyTable.back().pIndex, 84) << "Return plays the highest note, C6";
+  EXPECT_EQ(kKeyTable.back().pitchIndex, 84) << "Return plays the highest note, C6";
 }
 
 namespace {
