@@ -7,7 +7,7 @@
 #include "picture_list.h"
 #include "score/note_tables.h"
 #include "violin/fingerboard.h"
-#include "violin/tempo_table.h"
+#include "window/layout_table.h"
 
 namespace lirenza::pictures {
 namespace {
@@ -88,26 +88,52 @@ QString MakeContactSheet(const QString& pictureDir, const QString& outPath) {
 }
 
 QString MakeStaffPreview(const QString& pictureDir, const QString& outPath) {
+  using layout::Control;
+  using layout::ControlId;
   QString error;
   auto pic = [&](const std::string& name) { return Load(pictureDir, name, error); };
-  QImage window(kBackSize.width, kBackSize.height, QImage::Format_ARGB32_Premultiplied);
-  window.fill(QColor(0x19, 0x19, 0x19));
+  QImage window(layout::kWindowWidth, layout::kWindowHeight, QImage::Format_ARGB32_Premultiplied);
+  window.fill(QColor::fromRgb(layout::kWindowBackground));
   QPainter p(&window);
   p.drawImage(0, 0, pic("ViolinBack0"));
+  auto rect = [](const Control& c) { return QRect(c.place.left, c.place.top, c.place.width, c.place.height); };
+  auto fontOf = [](const Control& c) {
+    QFont f(QString::fromUtf8(layout::StandInFace(c.font.face).data(), int(layout::StandInFace(c.font.face).size())));
+    f.setPixelSize(c.font.points);
+    f.setBold(c.font.bold);
+    return f;
+  };
+  auto text = [](std::string_view s) { return QString::fromUtf8(s.data(), int(s.size())); };
 
-  // The staff as the window puts it together.
-  p.drawImage(51, 60, pic("Sheet"));
-  p.drawImage(120, 60, pic("Sheet1"), 0, 0, 868, 140);
-  p.drawImage(986, 60, pic("Repeat"));
-  p.drawImage(60, 80, pic("Te"));
-  p.drawImage(94, 98, pic("S2"));
-  p.drawImage(79, 107, pic("T4"));
-  QFont label(QStringLiteral("IPAexGothic"));
-  label.setPixelSize(12);
-  p.setFont(label);
-  p.setPen(QColor(0, 0, 0));
-  p.drawText(QRect(78, 78, 30, 16), Qt::AlignLeft | Qt::AlignVCenter, QString::number(lirenza::TempoForSlider(lirenza::kTempoSliderStart).number));
-  p.drawText(QRect(53, 61, 68, 20), Qt::AlignLeft | Qt::AlignVCenter, QStringLiteral("Moderato"));
+  // What this page shows instead of the start state: a score in D major being played,
+  // with the play button and one conversion button held and the mouse on minimise.
+  const std::string portrait(kPortraitNames[0]);
+  auto shownPicture = [](const Control& c) -> std::string {
+    if (c.ref.id == ControlId::KeySignature) return "S2";
+    if (c.ref == layout::ControlRef{ControlId::TransportButton, 0}) return std::string(c.picture) + "B";
+    if (c.ref == layout::ControlRef{ControlId::ConversionButton, 1}) return "PlayMidi1";
+    if (c.ref == layout::ControlRef{ControlId::WindowButton, 1}) return "ButtonYI";
+    return std::string(c.picture);
+  };
+  auto shownText = [&](const Control& c) -> QString {
+    switch (c.ref.id) {
+      case ControlId::TitleField: return QStringLiteral("喜びの歌");
+      case ControlId::ComposerField: return QStringLiteral("ベートーヴェン／交響曲第9番より");
+      case ControlId::KeyNameLabel: return QStringLiteral("  ニ長調(D)/ロ短調(Bm)");
+      case ControlId::PlayerNameLabel: return QString::fromStdString(portrait);
+      default: return text(c.caption);
+    }
+  };
+  auto shown = [](const Control& c) {
+    return c.visibility != layout::Visibility::Hidden || c.ref.id == ControlId::BowCanvas ||
+           c.ref.id == ControlId::ScorePlayingLabel;
+  };
+
+  // The staff first, its head under the sheet's left edge.
+  const Control& head = layout::ControlAt(ControlId::StaffHead);
+  const Control& staff = layout::ControlAt(ControlId::StaffCanvas);
+  p.drawImage(rect(head).topLeft(), pic(std::string(head.picture)));
+  p.drawImage(rect(staff), pic("Sheet1"), QRect(0, 0, staff.place.width, staff.place.height));
 
   // A melody in D major with a bass line, placed by the entry rules: Top from the
   // pitch, family by Top, Left stepping by the column step of its length.
@@ -133,10 +159,8 @@ QString MakeStaffPreview(const QString& pictureDir, const QString& outPath) {
       top = 111;
       picture = lirenza::NotePictureName('r', std::string(1, dr));
     } else {
-      int pitch = lirenza::NaturalPitchOfName(name.substr(0, 2)) + lirenza::AccidentalOfName(name);
       top = lirenza::EntryTopOfPitch(lirenza::NaturalPitchOfName(name.substr(0, 2)));
       picture = lirenza::NotePictureName(lirenza::EntryFamily(top), std::string(1, dr));
-      (void)pitch;
     }
     p.drawImage(e.left, top, pic(picture));
     int sib = ve == '0' ? 0 : lirenza::SignOfName(name);
@@ -149,38 +173,7 @@ QString MakeStaffPreview(const QString& pictureDir, const QString& outPath) {
     if (std::string(e.token) == "B4B9") p.drawImage(e.left, top, pic("nOn"));
   }
 
-  // Entry buttons with their icons, fitted to the button's height.
-  const int noteLefts[16] = {241, 266, 283, 308, 325, 350, 367, 384, 401, 426, 443, 459, 483, 499, 523, 540};
-  const int widths[16] = {24, 16, 24, 16, 24, 16, 16, 16, 24, 16, 16, 24, 16, 24, 16, 24};
-  for (int row = 0; row < 2; ++row)
-    for (int i = 0; i < 16; ++i) {
-      QRect r(noteLefts[i], row ? 268 : 241, widths[i], 26);
-      p.fillRect(r, i == 4 && row == 0 ? QColor(0xb8, 0xc8, 0xe8) : QColor(0xe8, 0xe8, 0xe8));
-      p.setPen(QColor(0x70, 0x70, 0x70));
-      p.drawRect(r.adjusted(0, 0, -1, -1));
-      QImage icon = pic(std::string(1, row ? 'r' : 'n') + kDigits[i]);
-      QRect target(0, 0, 10, 24);
-      target.moveCenter(r.center() + QPoint(1, 1));
-      p.setRenderHint(QPainter::SmoothPixmapTransform, true);
-      p.drawImage(target, icon);
-    }
-
-  // Play and conversion buttons, speaker, panels, window buttons, back button.
-  p.drawImage(906, 268, pic("PlayButtonB"));
-  p.drawImage(869, 268, pic("StopButton"));
-  p.drawImage(832, 268, pic("RepeatButton"));
-  p.drawImage(589, 260, pic("ChangeMidi0"));
-  p.drawImage(624, 260, pic("PlayMidi1"));
-  p.drawImage(659, 260, pic("MidiToAiff0"));
-  p.drawImage(694, 260, pic("PlayAiff0"));
-  p.drawImage(964, 229, pic("Speaker2"));
-  p.drawImage(1013, 163, pic("ListBack"), 0, 0, 164, 154);
-  p.drawImage(20, 6, pic("ButtonR"));
-  p.drawImage(39, 6, pic("ButtonYI"));
-  p.drawImage(58, 6, pic("ButtonG"));
-  p.drawImage(1122, 665, pic("musi1"));
-
-  // The violin with a finger on the A string, cell 5, sounding, and the bow shown.
+  // The violin with a finger on the A string, cell 5, sounding.
   QImage violin = pic("Violin");
   {
     QPainter v(&violin);
@@ -188,53 +181,51 @@ QString MakeStaffPreview(const QString& pictureDir, const QString& outPath) {
     v.drawImage(QRect(g.string.x, g.string.y, g.string.width, g.string.height), pic("GenS"));
     v.drawImage(g.finger.x, g.finger.y, pic("Yubi"));
   }
-  p.drawImage(210, 352, violin);
-  p.drawImage(844, 431, pic("Bow"));
-  p.drawImage(199, 368, pic("Display2"));
-  p.drawImage(33, 368, pic("Display2"));
 
-  // Labels in the colours the layout gives them.
-  auto text = [&](int x, int y, int w, int h, const QString& s, QColor c, int px) {
-    QFont f(QStringLiteral("IPAexGothic"));
-    f.setPixelSize(px);
-    p.setFont(f);
-    p.setPen(c);
-    p.drawText(QRect(x, y, w, h), Qt::AlignLeft | Qt::AlignVCenter, s);
-  };
-  const QColor yellow(0xff, 0xff, 0x00), cyan(0x00, 0xff, 0xff);
-  text(540, 6, 120, 22, QStringLiteral("Lirenza"), cyan, 18);
-  text(65, 31, 33, 14, QStringLiteral("曲名"), yellow, 12);
-  text(100, 30, 275, 15, QStringLiteral("喜びの歌"), QColor(0x00, 0xfc, 0xff), 12);
-  text(406, 31, 580, 15, QStringLiteral("ベートーヴェン／交響曲第9番より"), QColor(0x00, 0xfc, 0xff), 12);
-  text(1054, 13, 70, 16, QStringLiteral("楽譜集"), yellow, 12);
-  text(791, 235, 30, 16, QStringLiteral("音量"), yellow, 12);
-  text(789, 252, 30, 16, QStringLiteral("テンポ"), yellow, 12);
-  text(958, 247, 35, 22, QStringLiteral("110"), yellow, 14);
-  text(87, 243, 50, 19, QStringLiteral("スタカート"), yellow, 10);
-  text(86, 260, 50, 19, QStringLiteral("ノーマル"), yellow, 10);
-  text(88, 278, 50, 19, QStringLiteral("レガート"), yellow, 10);
-  text(603, 236, 115, 17, QStringLiteral("MIDI、AIFに変換再生"), yellow, 12);
-  text(295, 305, 620, 19, QStringLiteral("C       C#      D       D#      E       F       F#      G       G#      A       A#      B"), yellow, 12);
-  text(212, 323, 50, 14, QStringLiteral("周波数比"), yellow, 12);
-  text(206, 339, 65, 14, QStringLiteral("(周波数Hz)"), yellow, 12);
-  text(241, 373, 100, 20, QStringLiteral("楽譜　演奏中  ! ! "), QColor(0xff, 0x00, 0x80), 12);
-  text(33, 373, 160, 20, QStringLiteral("  ニ長調(D)/ロ短調(Bm)"), QColor(0x20, 0xfe, 0xfe), 12);
-  text(42, 472, 40, 18, QStringLiteral("モード"), yellow, 12);
-  text(61, 497, 25, 14, QStringLiteral("演奏"), yellow, 12);
-  text(61, 519, 25, 14, QStringLiteral("編集"), yellow, 12);
-  text(61, 553, 55, 14, QStringLiteral("マニュアル"), yellow, 12);
-  text(61, 574, 30, 14, QStringLiteral("ライブ"), yellow, 12);
-  text(127, 475, 60, 14, QStringLiteral("ポシション"), yellow, 12);
-  text(156, 497, 25, 20, QStringLiteral("1st"), yellow, 14);
-  text(157, 519, 25, 20, QStringLiteral("3rd"), yellow, 14);
-  text(157, 543, 25, 20, QStringLiteral("5th"), yellow, 14);
-  text(41, 673, 50, 16, QStringLiteral("楽器"), yellow, 12);
-  text(8, 752, 300, 22, QString::fromUtf8(kPortraitNames[0].data(), int(kPortraitNames[0].size())), cyan, 18);
-  text(1132, 726, 41, 12, QStringLiteral("Player"), QColor(0x20, 0xfe, 0xfe), 12);
-  for (int i = 0; i < 12; ++i) {
-    const int lefts[12] = {273, 326, 379, 432, 484, 536, 588, 641, 694, 747, 800, 853};
-    p.fillRect(lefts[i], 323, 50, 16, QColor(0x4c, 0x4c, 0x4c));
-    p.fillRect(lefts[i], 342, 50, 16, QColor(0, 0, 0));
+  // Every other control where the layout puts it, in the order the window makes them.
+  for (const Control& c : layout::AllControls()) {
+    if (&c == &head || &c == &staff || !shown(c)) continue;
+    const QRect r = rect(c);
+    const QColor ink = c.textColour ? QColor::fromRgb(*c.textColour) : QColor(0, 0, 0);
+    const Qt::Alignment align = (c.alignment == layout::Alignment::Right    ? Qt::AlignRight
+                                 : c.alignment == layout::Alignment::Centre ? Qt::AlignHCenter
+                                                                            : Qt::AlignLeft) |
+                                Qt::AlignVCenter;
+    switch (c.kind) {
+      case layout::ControlKind::Canvas:
+        if (c.ref.id == ControlId::ViolinCanvas) p.drawImage(r.topLeft(), violin);
+        else if (!c.picture.empty()) p.drawImage(r.topLeft(), pic(shownPicture(c)));
+        break;
+      case layout::ControlKind::List:
+        p.drawImage(r, pic(std::string(c.icon)), QRect(0, 0, r.width(), r.height()));
+        break;
+      case layout::ControlKind::BevelButton:
+      case layout::ControlKind::MenuButton:
+        p.fillRect(r, c.startValue ? QColor(0xb8, 0xc8, 0xe8) : QColor(0xe8, 0xe8, 0xe8));
+        p.setPen(QColor(0x70, 0x70, 0x70));
+        p.drawRect(r.adjusted(0, 0, -1, -1));
+        if (!c.icon.empty()) {
+          // The note icons are taller than the buttons: fitted to the button's height.
+          QRect target(0, 0, 10, 24);
+          target.moveCenter(r.center() + QPoint(1, 1));
+          p.setRenderHint(QPainter::SmoothPixmapTransform, true);
+          p.drawImage(target, pic(std::string(c.icon)));
+        } else {
+          p.setFont(fontOf(c));
+          p.setPen(ink);
+          p.drawText(r, align, text(c.caption));
+        }
+        break;
+      case layout::ControlKind::Label:
+      case layout::ControlKind::TextField:
+        if (c.backColour) p.fillRect(r, QColor::fromRgb(*c.backColour));
+        p.setFont(fontOf(c));
+        p.setPen(ink);
+        p.drawText(r, align, shownText(c));
+        break;
+      default:
+        break;  // sliders, radio buttons, boxes and the scroll bar are the toolkit's own
+    }
   }
   p.end();
   if (!error.isEmpty()) return error;
