@@ -1,0 +1,178 @@
+#include "window/main_window.h"
+
+#include <QAbstractButton>
+#include <QButtonGroup>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include "picture_list.h"
+#include "window/control_factory.h"
+#include "window/picture_canvas.h"
+
+namespace lirenza {
+namespace {
+
+using layout::ControlId;
+
+// The back picture a number outside the twelve falls back to.
+constexpr int kFallbackBackPicture = 8;
+
+// The drawn window buttons, by index: close, minimise, and one that does nothing.
+enum WindowButtonIndex { kCloseButton = 0, kMinimiseButton = 1 };
+
+const QString kCloseMessage = QStringLiteral("アプリを閉じる前に、変更した楽譜を保存しますか？");
+const QString kCloseExplanation = QStringLiteral("保存しない場合は、変更した部分は破棄されます。 ");
+const QString kSaveCaption = QStringLiteral("保存");
+const QString kDontSaveCaption = QStringLiteral("保存しない");
+
+}  // namespace
+
+MainWindow::MainWindow(std::unique_ptr<CloseQuestion> question, QWidget* parent)
+    : QWidget(parent, Qt::Window | Qt::FramelessWindowHint),
+      pictures_(PictureStore::DefaultFolder()),
+      question_(question ? std::move(question) : std::make_unique<MessageBoxCloseQuestion>()) {
+  setWindowTitle(ToQString(layout::kWindowTitle));
+  setAttribute(Qt::WA_TranslucentBackground);
+  setFixedSize(layout::kWindowWidth, layout::kWindowHeight);
+  setCursor(Qt::PointingHandCursor);
+
+  MakeControls();
+  GroupButtonFamilies();
+  WireFrameButtons();
+  SetBackPicture(0);
+
+  startPause_.setSingleShot(true);
+  startPause_.setInterval(kStartPauseMs);
+  connect(&startPause_, &QTimer::timeout, this, &MainWindow::EndStartPause);
+  startPause_.start();
+}
+
+MainWindow::~MainWindow() = default;
+
+QWidget* MainWindow::Control(ControlId id, int index) const {
+  auto found = controls_.find({id, index});
+  return found == controls_.end() ? nullptr : found->second;
+}
+
+void MainWindow::MakeControls() {
+  const layout::Place windowPlace{0, 0, layout::kWindowWidth, layout::kWindowHeight};
+  for (const layout::Control& c : layout::AllControls()) {
+    QWidget* parent = this;
+    layout::Place parentPlace = windowPlace;
+    if (c.parent != ControlId::Window) {
+      parent = Control(c.parent);
+      parentPlace = layout::ControlAt(c.parent).place;
+    }
+    controls_[{c.ref.id, c.ref.index}] = MakeControl(c, parent, parentPlace, pictures_);
+  }
+  // Until the staff draws its notes, the canvas shows the empty sheet of four-four time.
+  if (auto* staff = qobject_cast<PictureCanvas*>(Control(ControlId::StaffCanvas)))
+    staff->SetPicture(pictures_.Picture(QStringLiteral("Sheet1")));
+}
+
+// Each family of radio and bevel buttons holds one choice: a press on one releases
+// the others, and the index of the button is its identifier in the group.
+void MainWindow::GroupButtonFamilies() {
+  for (const layout::Control& c : layout::AllControls()) {
+    if (c.kind != layout::ControlKind::RadioButton && c.kind != layout::ControlKind::BevelButton) continue;
+    QButtonGroup*& group = buttonGroups_[c.ref.id];
+    if (!group) group = new QButtonGroup(this);
+    group->addButton(static_cast<QAbstractButton*>(Control(c.ref.id, c.ref.index)), c.ref.index);
+  }
+}
+
+void MainWindow::WireFrameButtons() {
+  for (int i = 0; i < layout::FamilySize(ControlId::WindowButton); ++i) {
+    auto* button = static_cast<PictureCanvas*>(Control(ControlId::WindowButton, i));
+    const QString atRest = ToQString(layout::ControlAt(ControlId::WindowButton, i).picture);
+    // The red and yellow buttons light up under the mouse and darken when held.
+    const bool lights = i == kCloseButton || i == kMinimiseButton;
+    button->SetButtonPictures(pictures_.Picture(atRest), pictures_.Picture(lights ? atRest + "I" : atRest),
+                              pictures_.Picture(lights ? atRest + "P" : atRest));
+  }
+  connect(static_cast<PictureCanvas*>(Control(ControlId::WindowButton, kCloseButton)), &PictureCanvas::Pressed,
+          this, &QWidget::close);
+  connect(static_cast<PictureCanvas*>(Control(ControlId::WindowButton, kMinimiseButton)),
+          &PictureCanvas::Pressed, this, &QWidget::showMinimized);
+
+  auto* backButton = static_cast<PictureCanvas*>(Control(ControlId::BackPictureButton));
+  backButton->SetButtonPictures(pictures_.Picture(QStringLiteral("musi1")), pictures_.Picture(QStringLiteral("musi0")),
+                                pictures_.Picture(QStringLiteral("musi2")));
+  connect(backButton, &PictureCanvas::Pressed, this,
+          [this] { SetBackPicture((backPicture_ + 1) % kBackPictureCount); });
+}
+
+void MainWindow::SetBackPicture(int n) {
+  backPicture_ = n;
+  const int shown = n >= 0 && n < kBackPictureCount ? n : kFallbackBackPicture;
+  back_ = pictures_.Picture(QStringLiteral("ViolinBack%1").arg(shown));
+  if (auto* name = qobject_cast<QLabel*>(Control(ControlId::PlayerNameLabel)))
+    name->setText(ToQString(pictures::kPortraitNames[shown]));
+  update();
+}
+
+void MainWindow::EndStartPause() {
+  for (const layout::Control& c : layout::AllControls()) {
+    QWidget* w = Control(c.ref.id, c.ref.index);
+    if (c.visibility == layout::Visibility::AfterStartPause) w->show();
+    // From here on the text fields hold their captions as text.
+    if (c.kind == layout::ControlKind::TextField && !c.caption.empty())
+      static_cast<QLineEdit*>(w)->setText(ToQString(c.caption));
+  }
+  startPauseOver_ = true;
+  emit StartPauseEnded();
+}
+
+void MainWindow::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setCompositionMode(QPainter::CompositionMode_Source);
+  painter.fillRect(rect(), Qt::transparent);  // what the picture leaves out shows the desktop
+  painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+  painter.drawImage(0, 0, back_);
+}
+
+void MainWindow::PressOnBody(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return;
+  event->accept();
+  const bool secondPress = sinceLastPress_.isValid() && sinceLastPress_.elapsed() < kDoublePressMs;
+  sinceLastPress_.start();
+  if (secondPress) {
+    dragging_ = false;
+    sinceLastPress_.invalidate();
+    showMinimized();
+    return;
+  }
+  dragging_ = true;
+  dragOffset_ = event->globalPosition().toPoint() - pos();
+}
+
+void MainWindow::mousePressEvent(QMouseEvent* event) { PressOnBody(event); }
+
+// The toolkit reports a quick second press as a double click instead of a press.
+void MainWindow::mouseDoubleClickEvent(QMouseEvent* event) { PressOnBody(event); }
+
+void MainWindow::mouseMoveEvent(QMouseEvent* event) {
+  if (!dragging_ || !(event->buttons() & Qt::LeftButton)) return;
+  move(event->globalPosition().toPoint() - dragOffset_);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (unsavedChanges_) {
+    switch (question_->Ask(this, kCloseMessage, kCloseExplanation, kSaveCaption, kDontSaveCaption)) {
+      case CloseQuestion::Answer::Cancel:
+        event->ignore();
+        return;
+      case CloseQuestion::Answer::Save:
+        if (save_) save_();
+        break;
+      case CloseQuestion::Answer::DontSave:
+        break;
+    }
+  }
+  event->accept();
+}
+
+}  // namespace lirenza
