@@ -9,6 +9,7 @@
 
 #include "editor/key_time.h"
 #include "editor/note_gestures.h"
+#include "violin/key_push.h"
 #include "window/picture_store.h"
 
 namespace lirenza::window {
@@ -145,8 +146,10 @@ void StaffView::PressNote(int index, QMouseEvent* event) {
   const QRect rect = NoteRect(staff.notes[index]);
   const QPoint inside = InsideNote(index, event->position().toPoint());
   const bool contextual = event->button() == Qt::RightButton;
+  const int hoverPitch = HoverPitchOf(index);
   switch (NoteMouseDown(staff, index, state_.clock.Ticks(), contextual, inside.x(), inside.y())) {
     case PressResult::Deleted:
+      EndHoverSound(hoverPitch);
       NoteGone(index);
       update(rect);
       emit staffChanged();
@@ -195,7 +198,9 @@ void StaffView::keyPressEvent(QKeyEvent* event) {
   Staff& staff = state_.staff;
   if (event->key() == Qt::Key_Backspace && index >= 1 && index <= staff.NoteCount()) {
     const QRect rect = NoteRect(staff.notes[index]);
+    const int hoverPitch = HoverPitchOf(index);
     if (NoteKeyDown(staff, index, 8)) {
+      EndHoverSound(hoverPitch);
       NoteGone(index);
       update(rect);
       emit staffChanged();
@@ -216,6 +221,16 @@ void StaffView::HoverOver(int index) {
     NoteMouseExit(state_.staff, hovered_, state_.ports, state_.tuning, handPosition_);
   hovered_ = index;
   if (index) NoteMouseEnter(state_.staff, index, state_.ports, state_.tuning, handPosition_);
+}
+
+// A note deleted under the mouse gets no exit: the sound its hover started ends here,
+// or it would hang.
+int StaffView::HoverPitchOf(int index) const {
+  return index == hovered_ && !state_.staff.notes[index].IsRest() ? state_.staff.notes[index].hoverPitch : -1;
+}
+
+void StaffView::EndHoverSound(int hoverPitch) {
+  if (hoverPitch >= 0) PlayAndShow(state_.ports, state_.tuning, handPosition_, hoverPitch, 0);
 }
 
 // A removed note closes the gap: the notes after it move down one index.

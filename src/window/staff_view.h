@@ -91,6 +91,8 @@ class StaffView : public QWidget, public lirenza::StaffView {
   void OpenStaffMenuAt(QPoint point, QPoint globalPos);
   void HoverOver(int index);
   void NoteGone(int index);
+  int HoverPitchOf(int index) const;
+  void EndHoverSound(int hoverPitch);
   QPoint InsideNote(int index, QPoint point) const;
 
   StaffViewState state_;

@@ -157,10 +157,14 @@ class StaffViewTest : public QObject {
     DoubleClick({300, 58});
     clock.now += 1e6;
     Click({104, 58});
+    // Back over the note after the press: its hover sound is on when it is deleted.
+    QTest::mouseMove(view.get(), {500, 58});
+    QTest::mouseMove(view.get(), {104, 58});
     if (byBackspace) QTest::keyClick(view.get(), Qt::Key_Backspace);
     else Click({104, 58});
     QCOMPARE(staff.NoteCount(), 1);
     QCOMPARE(staff.notes[1].left, 300 + 116);
+    QVERIFY2(sound.players[kScorePlayer].StillSounding().empty(), "the deleted note's hover sound hangs");
     QCOMPARE(Ink(Grab(), HeadAround({100, 58})), Ink(blank, HeadAround({100, 58})));
   }
 
