@@ -22,9 +22,9 @@ enum class PlayTimer { LoopSoundOnly, LoopOnFingerboard, LoopFollowingStaff, Lis
 inline constexpr int kPlayTimers = 6;
 
 // The notes on the staff, as playback refreshes them on screen.
-class StaffView {
+class StaffDisplay {
  public:
-  virtual ~StaffView() = default;
+  virtual ~StaffDisplay() = default;
   virtual void RefreshNote(int index) = 0;  // one note of notes, to show its highlight
   virtual void RefreshStaff() = 0;          // the whole staff canvas
 };
@@ -52,7 +52,7 @@ struct PlaybackEnv {
   const double& gate;
   const Clock& clock;
   SoundPorts sound;
-  StaffView& view;
+  StaffDisplay& view;
   ScoreList& list;
 };
 

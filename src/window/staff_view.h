@@ -23,8 +23,8 @@ namespace lirenza {
 
 class PictureStore;
 
-// The widget lives in its own namespace: lirenza::StaffView is the port through which
-// playback asks for its highlights to be painted, and the widget is that port.
+// The widget is also the StaffDisplay through which playback asks for its highlights
+// to be painted.
 namespace window {
 
 // Everything the staff reads and changes; the window owns all of it.
@@ -39,7 +39,7 @@ struct StaffViewState {
   Confirm& confirm;  // asked before the staff's menu deletes every note
 };
 
-class StaffView : public QWidget, public lirenza::StaffView {
+class StaffView : public QWidget, public StaffDisplay {
   Q_OBJECT
 
  public:

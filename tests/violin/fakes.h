@@ -85,7 +85,7 @@ struct FakeSound {
   }
 };
 
-struct FakeStaffView : StaffView {
+struct FakeStaffView : StaffDisplay {
   explicit FakeStaffView(Log& log) : log_(log) {}
   void RefreshNote(int index) override { log_.push_back("refresh " + std::to_string(index)); }
   void RefreshStaff() override { log_.push_back("refresh staff"); }
