@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <QFont>
 
+#include "platform/sound_system.h"
 #include "window/main_window.h"
 
 int main(int argc, char* argv[]) {
@@ -11,7 +12,13 @@ int main(int argc, char* argv[]) {
   // The installed Japanese face, named outright, so every machine draws the same text.
   QApplication::setFont(QFont(QStringLiteral("IPAexGothic")));
 
-  lirenza::MainWindow window;
+  // The sound fonts load on a thread of their own: the window paints at once and the
+  // players sound as soon as the fonts are in.
+  lirenza::SoundSystem sound(lirenza::AudioSettingsFromEnvironment());
+  lirenza::window::WindowServices services;
+  for (int i = 0; i < lirenza::kNotePlayers; ++i) services.ports.players[i] = &sound.Player(i);
+
+  lirenza::MainWindow window(std::move(services));
   window.show();
   return app.exec();
 }

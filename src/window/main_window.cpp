@@ -7,10 +7,20 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScrollBar>
 
 #include "picture_list.h"
 #include "window/control_factory.h"
+#include "window/entry_panel.h"
+#include "window/file_commands.h"
+#include "window/menu_bar.h"
 #include "window/picture_canvas.h"
+#include "window/sound_panel.h"
+#include "window/staff_head_panel.h"
+#include "window/staff_history.h"
+#include "window/staff_view.h"
+#include "window/transport_panel.h"
+#include "window/tuning_panel.h"
 
 namespace lirenza {
 namespace {
@@ -30,19 +40,22 @@ const QString kDontSaveCaption = QStringLiteral("保存しない");
 
 }  // namespace
 
-MainWindow::MainWindow(std::unique_ptr<CloseQuestion> question, QWidget* parent)
+MainWindow::MainWindow(window::WindowServices services, QWidget* parent)
     : QWidget(parent, Qt::Window | Qt::FramelessWindowHint),
       pictures_(PictureStore::DefaultFolder()),
-      question_(question ? std::move(question) : std::make_unique<MessageBoxCloseQuestion>()) {
+      services_(window::WithRealServices(std::move(services), this)) {
+  TuneToKey(state_.tuning, state_.staff.keySignature);
   setWindowTitle(ToQString(layout::kWindowTitle));
   setAttribute(Qt::WA_TranslucentBackground);
   setFixedSize(layout::kWindowWidth, layout::kWindowHeight);
   setCursor(Qt::PointingHandCursor);
 
   MakeControls();
+  PlaceStaff();
   GroupButtonFamilies();
   WireFrameButtons();
   SetBackPicture(0);
+  MakePanels();
 
   startPause_.setSingleShot(true);
   startPause_.setInterval(kStartPauseMs);
@@ -68,9 +81,58 @@ void MainWindow::MakeControls() {
     }
     controls_[{c.ref.id, c.ref.index}] = MakeControl(c, parent, parentPlace, pictures_);
   }
-  // Until the staff draws its notes, the canvas shows the empty sheet of four-four time.
-  if (auto* staff = qobject_cast<PictureCanvas*>(Control(ControlId::StaffCanvas)))
-    staff->SetPicture(pictures_.Picture(QStringLiteral("Sheet1")));
+}
+
+// The staff canvas of the table becomes the staff view, at the same place; the
+// scroll bar under it moves the view by bars.
+void MainWindow::PlaceStaff() {
+  QWidget* canvas = Control(ControlId::StaffCanvas);
+  staffView_ = new window::StaffView(
+      window::StaffViewState{state_.staff, state_.modes, state_.entry, state_.tuning, services_.ports,
+                             *services_.clock, pictures_, *services_.confirm},
+      canvas->parentWidget());
+  staffView_->setGeometry(canvas->geometry());
+  staffView_->setToolTip(canvas->toolTip());
+  staffView_->stackUnder(canvas);
+  // The hidden note template lives in the canvas: it moves over with its place.
+  for (QWidget* child : canvas->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+    const QPoint at = child->pos();
+    child->setParent(staffView_);
+    child->move(at);
+  }
+  delete canvas;
+  controls_[{ControlId::StaffCanvas, 0}] = staffView_;
+  connect(staffView_, &window::StaffView::staffChanged, this,
+          [this] { NotifyScoreChanged(window::ScoreChange::Edited); });
+  connect(staffView_, &window::StaffView::openScoreRequested, this,
+          [this] { RunMenuCommand(window::MenuCommand::OpenScore); });
+  connect(staffView_, &window::StaffView::saveScoreRequested, this,
+          [this] { RunMenuCommand(window::MenuCommand::SaveScore); });
+  if (auto* bar = qobject_cast<QScrollBar*>(Control(ControlId::StaffScrollBar)))
+    connect(bar, &QScrollBar::valueChanged, staffView_, &window::StaffView::ScrollTo);
+}
+
+// Each panel owns its controls and their events; the window only makes them.
+void MainWindow::MakePanels() {
+  new window::EntryPanel(*this);
+  new window::StaffHeadPanel(*this);
+  new window::SoundPanel(*this);
+  new window::TuningPanel(*this);
+  new window::TransportPanel(*this);
+  new window::FileCommands(*this);
+  new window::StaffHistory(*this);
+  new window::MenuBar(*this);
+}
+
+void MainWindow::OnMenu(window::MenuCommand command, std::function<void(int)> handler) {
+  menuHandlers_[command] = std::move(handler);
+}
+
+bool MainWindow::RunMenuCommand(window::MenuCommand command, int index) {
+  auto found = menuHandlers_.find(command);
+  if (found == menuHandlers_.end()) return false;
+  found->second(index);
+  return true;
 }
 
 // Each family of radio and bevel buttons holds one choice: a press on one releases
@@ -160,13 +222,16 @@ void MainWindow::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-  if (unsavedChanges_) {
-    switch (question_->Ask(this, kCloseMessage, kCloseExplanation, kSaveCaption, kDontSaveCaption)) {
+  if (HasUnsavedChanges()) {
+    switch (services_.closeQuestion->Ask(this, kCloseMessage, kCloseExplanation, kSaveCaption, kDontSaveCaption)) {
       case CloseQuestion::Answer::Cancel:
         event->ignore();
         return;
       case CloseQuestion::Answer::Save:
-        if (save_) save_();
+        if (save_ && !save_()) {
+          event->ignore();  // nothing was saved: the changes stay on screen
+          return;
+        }
         break;
       case CloseQuestion::Answer::DontSave:
         break;

@@ -15,11 +15,17 @@
 
 #include "window/close_question.h"
 #include "window/layout_table.h"
+#include "window/menu_commands.h"
 #include "window/picture_store.h"
+#include "window/window_state.h"
 
 class QButtonGroup;
 
 namespace lirenza {
+
+namespace window {
+class StaffView;
+}
 
 class MainWindow : public QWidget {
   Q_OBJECT
@@ -31,17 +37,30 @@ class MainWindow : public QWidget {
   static constexpr int kDoublePressMs = 500;
   static constexpr int kBackPictureCount = 12;
 
-  // question may be null: the real message box is used.
-  explicit MainWindow(std::unique_ptr<CloseQuestion> question = nullptr, QWidget* parent = nullptr);
+  // Services left empty get the real ones.
+  explicit MainWindow(window::WindowServices services = {}, QWidget* parent = nullptr);
   ~MainWindow() override;
 
   // The widget made for a row of the layout table; nullptr when there is none.
   QWidget* Control(layout::ControlId id, int index = 0) const;
 
-  // Whether the score has changes that closing would lose, and what saves them.
-  void SetUnsavedChanges(bool unsaved) { unsavedChanges_ = unsaved; }
-  bool HasUnsavedChanges() const { return unsavedChanges_; }
-  void SetSaveAction(std::function<void()> save) { save_ = std::move(save); }
+  window::WindowState& State() { return state_; }
+  const window::WindowServices& Services() const { return services_; }
+  window::StaffView& Staff() { return *staffView_; }
+
+  // Whether the score has changes that closing would lose, and what saves them. The
+  // save returns false when nothing was saved (cancelled or failed): closing stops.
+  bool HasUnsavedChanges() const { return state_.staff.hasChanges; }
+  void SetSaveAction(std::function<bool()> save) { save_ = std::move(save); }
+
+  // Menu items and shortcuts reach the panel that carries them out through here.
+  void OnMenu(window::MenuCommand command, std::function<void(int index)> handler);
+  bool HasMenuHandler(window::MenuCommand command) const { return menuHandlers_.count(command) != 0; }
+  // Runs the handler of command; false when none is registered.
+  bool RunMenuCommand(window::MenuCommand command, int index = 0);
+
+  // Every change to the score is told here, and every panel that shows it hears it.
+  void NotifyScoreChanged(window::ScoreChange change) { emit scoreChanged(change); }
 
   // Shows back picture n and the name of its violinist; a number outside the twelve
   // shows the eighth picture but is kept as given.
@@ -53,6 +72,7 @@ class MainWindow : public QWidget {
 
  signals:
   void StartPauseEnded();
+  void scoreChanged(window::ScoreChange change);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -63,21 +83,25 @@ class MainWindow : public QWidget {
 
  private:
   void MakeControls();
+  void PlaceStaff();
+  void MakePanels();
   void GroupButtonFamilies();
   void WireFrameButtons();
   void EndStartPause();
   void PressOnBody(QMouseEvent* event);
 
   PictureStore pictures_;
-  std::unique_ptr<CloseQuestion> question_;
+  window::WindowServices services_;
+  window::WindowState state_;
+  window::StaffView* staffView_ = nullptr;
+  std::map<window::MenuCommand, std::function<void(int)>> menuHandlers_;
   std::map<std::pair<layout::ControlId, int>, QWidget*> controls_;
   std::map<layout::ControlId, QButtonGroup*> buttonGroups_;
   QTimer startPause_;
   bool startPauseOver_ = false;
   QImage back_;
   int backPicture_ = 0;
-  bool unsavedChanges_ = false;
-  std::function<void()> save_;
+  std::function<bool()> save_;
   QPoint dragOffset_;  // from the window's corner to the mouse, at the press
   bool dragging_ = false;
   QElapsedTimer sinceLastPress_;

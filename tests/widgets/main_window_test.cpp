@@ -133,13 +133,12 @@ class MainWindowTest : public QObject {
   void closeAsksOnlyOverUnsavedChanges() {
     QFETCH(bool, unsaved);
     QFETCH(int, answer);
-    auto owned = std::make_unique<FakeQuestion>();
-    FakeQuestion* question = owned.get();
+    auto question = std::make_shared<FakeQuestion>();
     question->answer = CloseQuestion::Answer(answer);
-    MainWindow window(std::move(owned));
+    MainWindow window(window::WindowServices{.closeQuestion = question});
     int saves = 0;
-    window.SetSaveAction([&] { ++saves; });
-    window.SetUnsavedChanges(unsaved);
+    window.SetSaveAction([&] { return ++saves > 0; });
+    window.State().staff.hasChanges = unsaved;
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     // Through the drawn close button, as the user closes it.

@@ -1,0 +1,72 @@
+#include "window/window_state.h"
+
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <chrono>
+
+namespace lirenza::window {
+namespace {
+
+const QString kScoreFilter = QStringLiteral("楽譜 (*.note)");
+const QString kMidiFilter = QStringLiteral("MIDI (*.mid *.midi)");
+
+std::optional<QString> Given(const QString& path) {
+  if (path.isEmpty()) return std::nullopt;
+  return path;
+}
+
+// Takes every call and makes no sound.
+struct SilentPlayer : NotePlayer {
+  void Instrument(int) override {}
+  void PlayNote(int, int) override {}
+};
+
+}  // namespace
+
+long long SteadyClock::Ticks() const { return static_cast<long long>(Microseconds() * 60 / 1e6); }
+
+double SteadyClock::Microseconds() const {
+  using namespace std::chrono;
+  return duration<double, std::micro>(steady_clock::now().time_since_epoch()).count();
+}
+
+std::optional<QString> ToolkitDialogs::OpenScorePath(QWidget* parent) {
+  return Given(QFileDialog::getOpenFileName(parent, QString(), QString(), kScoreFilter));
+}
+
+std::optional<QString> ToolkitDialogs::SaveScorePath(QWidget* parent, const QString& suggested) {
+  return Given(QFileDialog::getSaveFileName(parent, QString(), suggested, kScoreFilter));
+}
+
+std::optional<QString> ToolkitDialogs::SaveMidiPath(QWidget* parent, const QString& suggested) {
+  return Given(QFileDialog::getSaveFileName(parent, QString(), suggested, kMidiFilter));
+}
+
+void ToolkitDialogs::Tell(QWidget* parent, const QString& sentence) {
+  QMessageBox::warning(parent, QStringLiteral("Lirenza"), sentence);
+}
+
+bool ToolkitConfirm::Ask(const std::string& message, const std::string& explanation, const std::string& action) {
+  QMessageBox box(QMessageBox::Warning, QStringLiteral("Lirenza"), QString::fromStdString(message),
+                  QMessageBox::Cancel, parent_);
+  box.setInformativeText(QString::fromStdString(explanation));
+  QPushButton* act = box.addButton(QString::fromStdString(action), QMessageBox::AcceptRole);
+  box.setDefaultButton(QMessageBox::Cancel);
+  box.exec();
+  return box.clickedButton() == act;
+}
+
+WindowServices WithRealServices(WindowServices services, QWidget* parent) {
+  // A missing player stays silent rather than taking the window down.
+  static SilentPlayer silent;
+  for (NotePlayer*& player : services.ports.players)
+    if (!player) player = &silent;
+  if (!services.clock) services.clock = std::make_shared<SteadyClock>();
+  if (!services.confirm) services.confirm = std::make_shared<ToolkitConfirm>(parent);
+  if (!services.dialogs) services.dialogs = std::make_shared<ToolkitDialogs>();
+  if (!services.closeQuestion) services.closeQuestion = std::make_shared<MessageBoxCloseQuestion>();
+  return services;
+}
+
+}  // namespace lirenza::window
