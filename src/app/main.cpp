@@ -20,5 +20,8 @@ int main(int argc, char* argv[]) {
 
   lirenza::MainWindow window(std::move(services));
   window.show();
+  // A score named on the command line opens as a document does.
+  const QStringList arguments = QApplication::arguments();
+  if (arguments.size() > 1) window.OpenDocument(arguments.at(1));
   return app.exec();
 }

@@ -53,6 +53,14 @@ class MainWindow : public QWidget {
   bool HasUnsavedChanges() const { return state_.staff.hasChanges; }
   void SetSaveAction(std::function<bool()> save) { save_ = std::move(save); }
 
+  // Opens a score file as a document from outside (the command line, the desktop):
+  // through the opener the file commands register, after the close question when the
+  // staff has unsaved changes.
+  void SetDocumentOpener(std::function<void(const QString& path)> opener) { opener_ = std::move(opener); }
+  void OpenDocument(const QString& path) {
+    if (opener_) opener_(path);
+  }
+
   // Menu items and shortcuts reach the panel that carries them out through here.
   void OnMenu(window::MenuCommand command, std::function<void(int index)> handler);
   bool HasMenuHandler(window::MenuCommand command) const { return menuHandlers_.count(command) != 0; }
@@ -102,6 +110,7 @@ class MainWindow : public QWidget {
   QImage back_;
   int backPicture_ = 0;
   std::function<bool()> save_;
+  std::function<void(const QString&)> opener_;
   QPoint dragOffset_;  // from the window's corner to the mouse, at the press
   bool dragging_ = false;
   QElapsedTimer sinceLastPress_;
