@@ -12,6 +12,7 @@
 #include "ports/ports.h"
 #include "score/staff.h"
 #include "tuning/pure_scale.h"
+#include "violin/instrument_table.h"
 #include "violin/playback.h"
 #include "window/close_question.h"
 
@@ -28,6 +29,11 @@ struct WindowState {
   int handPosition = 0;       // 0 first, 1 third, 2 fifth position
   double tempoFactor = 1.0;   // larger is slower; the tempo slider sets it
   QString documentPath;       // the score file last opened or saved; empty for a new score
+  // The instrument menus' values and the instrument they chose. The sound panel keeps
+  // them; a saved score carries the menu values, a MIDI file the instrument.
+  int instrumentGroupMenu = 5;
+  int instrumentMenuRow = 0;
+  int instrument = kViolin;
 };
 
 // The file dialogs and the one-sentence messages. A path that is not given (the
