@@ -11,6 +11,7 @@ packages=(
   libgtest-dev googletest
   fonts-ipafont-gothic fonts-ipaexfont lilypond-fonts
   midicsv xvfb xdotool x11-apps sox imagemagick
+  libx11-dev libxdamage-dev
 )
 
 missing=()
