@@ -1,9 +1,54 @@
 #include "window/tuning_panel.h"
 
+#include <QLabel>
+#include <QLineEdit>
+
 #include "window/main_window.h"
 
 namespace lirenza::window {
+namespace {
 
-TuningPanel::TuningPanel(MainWindow& window) : QObject(&window), window_(window) {}
+using layout::ControlId;
+
+void ShowIn(QLineEdit* field, const std::string& text) {
+  const QString shown = QString::fromStdString(text);
+  if (field->text() != shown) field->setText(shown);
+}
+
+}  // namespace
+
+TuningPanel::TuningPanel(MainWindow& window) : QObject(&window), window_(window) {
+  // The fields only show the tuning: typing there would change nothing, and a click
+  // on them must not take the keys the violin is played with.
+  for (ControlId id : {ControlId::RatioField, ControlId::FrequencyField}) {
+    for (int j = 0; j < layout::FamilySize(id); ++j) {
+      auto* field = static_cast<QLineEdit*>(window.Control(id, j));
+      field->setReadOnly(true);
+      field->setFocusPolicy(Qt::NoFocus);
+    }
+  }
+  connect(&window, &MainWindow::scoreChanged, this, &TuningPanel::FollowKey);
+  FollowKey(ScoreChange::Replaced);
+}
+
+// A key chosen on the staff head has retuned the tables already; an opened score, an
+// undo or a save has only changed the staff's key. Retuning is cheap and gives the
+// same tables for the same key, so every change of key retunes here.
+void TuningPanel::FollowKey(ScoreChange) {
+  WindowState& state = window_.State();
+  if (state.staff.keySignature == tunedKey_) return;
+  tunedKey_ = state.staff.keySignature;
+  TuneToKey(state.tuning, tunedKey_);
+  ShowTuning();
+}
+
+void TuningPanel::ShowTuning() {
+  const TuningTables& tuning = window_.State().tuning;
+  for (int j = 0; j < 12; ++j) {
+    ShowIn(static_cast<QLineEdit*>(window_.Control(ControlId::RatioField, j)), tuning.ratioTexts[j]);
+    ShowIn(static_cast<QLineEdit*>(window_.Control(ControlId::FrequencyField, j)), tuning.frequencyTexts[j]);
+  }
+  static_cast<QLabel*>(window_.Control(ControlId::KeyNameLabel))->setText(QString::fromStdString(tuning.keyName));
+}
 
 }  // namespace lirenza::window
