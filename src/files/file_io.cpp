@@ -79,6 +79,8 @@ void ForgetTemporary(int slot) {
   if (slot >= 0) g_temporaries[slot].state.store(kFree);
 }
 
+std::atomic<bool> g_simulateFullDisk{false};
+
 // ---- Where a write lands --------------------------------------------------------
 
 // The process's umask, read without changing it: setting it to read it back would race
@@ -154,7 +156,9 @@ int OpenScratchFile() {
 
 AtomicFile::~AtomicFile() { Abort(); }
 
+// Called straight after the call that failed, so errno still tells why.
 bool AtomicFile::Fail(const std::string& reason, std::string* error) {
+  errorNumber_ = errno;
   if (error) *error = reason;
   Abort();
   return false;
@@ -163,17 +167,22 @@ bool AtomicFile::Fail(const std::string& reason, std::string* error) {
 bool AtomicFile::Open(const std::string& path, std::string* error, bool seekable) {
   namespace fs = std::filesystem;
   Abort();
+  errorNumber_ = 0;
   shownPath_ = path;
   int inPlaceFd = -1;
   if (path == "-") {
     inPlaceFd = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
     if (inPlaceFd < 0) return Fail(Reason("cannot write", "to standard output", errno), error);
   } else {
-    if (!ResolveLinks(path, &targetPath_, error)) return false;
+    if (!ResolveLinks(path, &targetPath_, error)) {
+      errorNumber_ = ELOOP;
+      return false;
+    }
     struct stat st {};
     const bool exists = ::stat(targetPath_.c_str(), &st) == 0;
     if (exists && S_ISDIR(st.st_mode)) {
       if (error) *error = "cannot write " + path + ": it is a folder; give a file name.";
+      errorNumber_ = EISDIR;
       return false;
     }
     if (exists && !S_ISREG(st.st_mode)) {
@@ -201,6 +210,14 @@ bool AtomicFile::Open(const std::string& path, std::string* error, bool seekable
       } else {
         ::fchmod(fd_, 0666 & ~CurrentUmask());
       }
+      // Swapped only after the mode is set: the mode belongs to the temporary file.
+      if (g_simulateFullDisk.load()) {
+        const int full = ::open("/dev/full", O_WRONLY | O_CLOEXEC);
+        if (full >= 0) {
+          ::dup3(full, fd_, O_CLOEXEC);
+          ::close(full);
+        }
+      }
       return true;
     }
   }
@@ -209,6 +226,7 @@ bool AtomicFile::Open(const std::string& path, std::string* error, bool seekable
     if (fd_ < 0) {
       const int err = errno;
       ::close(inPlaceFd);
+      errno = err;
       return Fail(Reason("cannot make a scratch file in", fs::temp_directory_path().string(), err), error);
     }
     targetFd_ = inPlaceFd;
@@ -322,16 +340,20 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::string* e
   return data;
 }
 
-bool WriteFileAtomically(const std::string& path, std::string_view bytes, std::string* error) {
+bool WriteFileAtomically(const std::string& path, std::string_view bytes, std::string* error, int* errorNumber) {
   AtomicFile file;
-  return file.Open(path, error) && file.WriteAll(bytes, error) && file.Commit(error);
+  const bool written = file.Open(path, error) && file.WriteAll(bytes, error) && file.Commit(error);
+  if (errorNumber) *errorNumber = written ? 0 : file.ErrorNumber();
+  return written;
 }
 
-bool WriteFileAtomically(const std::string& path, const std::vector<std::uint8_t>& bytes,
-                         std::string* error) {
+bool WriteFileAtomically(const std::string& path, const std::vector<std::uint8_t>& bytes, std::string* error,
+                         int* errorNumber) {
   return WriteFileAtomically(
-      path, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()), error);
+      path, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()), error, errorNumber);
 }
+
+void SimulateFullDisk(bool on) { g_simulateFullDisk.store(on); }
 
 bool IsSameFile(const std::string& a, const std::string& b) {
   struct stat first {}, second {};

@@ -23,10 +23,17 @@ inline constexpr std::size_t kMaxReadBytes = std::size_t{256} << 20;
 std::optional<std::string> ReadWholeFile(const std::string& path, std::string* error,
                                          std::size_t maxBytes = kMaxReadBytes);
 
-// Writes bytes to path through AtomicFile. False with a one-sentence reason in *error.
-bool WriteFileAtomically(const std::string& path, std::string_view bytes, std::string* error);
+// Writes bytes to path through AtomicFile. False with a one-sentence reason in *error
+// and, when errorNumber is given, the errno of the failure there, so a window can say
+// why in the user's language.
+bool WriteFileAtomically(const std::string& path, std::string_view bytes, std::string* error,
+                         int* errorNumber = nullptr);
 bool WriteFileAtomically(const std::string& path, const std::vector<std::uint8_t>& bytes,
-                         std::string* error);
+                         std::string* error, int* errorNumber = nullptr);
+
+// For tests of a full disk: while on, the temporary file of every replacement is
+// swapped for /dev/full, so its writes fail with ENOSPC through the real write path.
+void SimulateFullDisk(bool on);
 
 // True when both names lead to the same file (same device and inode, links
 // followed); false when either does not exist.
@@ -52,6 +59,8 @@ class AtomicFile {
   bool WriteAll(std::string_view bytes, std::string* error);
   bool Commit(std::string* error);
   void Abort();
+  // The errno of the last failure; 0 while nothing failed.
+  int ErrorNumber() const { return errorNumber_; }
 
  private:
   enum class Kind { None, Replace, InPlace, Spool };
@@ -64,6 +73,7 @@ class AtomicFile {
   std::string targetPath_;  // where the bytes land, links resolved
   std::string tempPath_;    // the temporary file of a replacement
   int registrySlot_ = -1;
+  int errorNumber_ = 0;
 };
 
 }  // namespace lirenza

@@ -116,8 +116,16 @@ TEST_F(FileIo, AFailedOrAbandonedWriteSaysWhyAndLeavesTheOldFile) {
     ASSERT_TRUE(out.Open(P("keep.note"), &error));
     ASSERT_TRUE(out.WriteAll("half", &error));
   }
-  EXPECT_FALSE(Write(P("no/x.note"), "x"));
+  int errorNumber = 0;
+  EXPECT_FALSE(WriteFileAtomically(P("no/x.note"), "x", &error, &errorNumber));
   EXPECT_NE(error.find("cannot write in"), std::string::npos) << error;
+  EXPECT_EQ(errorNumber, ENOENT);
+  // A full disk refuses the bytes after the temporary file was made; it goes again.
+  SimulateFullDisk(true);
+  const bool writtenToFullDisk = WriteFileAtomically(P("keep.note"), "longer and newer", &error, &errorNumber);
+  SimulateFullDisk(false);
+  EXPECT_FALSE(writtenToFullDisk);
+  EXPECT_EQ(errorNumber, ENOSPC) << error;
   fs::create_directory(P("folder"));
   fs::create_symlink("loop.mid", P("loop.mid"));
   for (const char* name : {"folder", "loop.mid"}) {
