@@ -14,6 +14,7 @@
 #include "tuning/pure_scale.h"
 #include "violin/instrument_table.h"
 #include "violin/playback.h"
+#include "violin/tempo_table.h"
 #include "window/close_question.h"
 
 class QWidget;
@@ -28,6 +29,10 @@ struct WindowState {
   PlaybackState playback;
   int handPosition = 0;       // 0 first, 1 third, 2 fifth position
   double tempoFactor = 1.0;   // larger is slower; the tempo slider sets it
+  // The tempo slider, 0 to 15, as a score file keeps it. The sound panel keeps it with
+  // the slider; an opened score or a save sets it and tells scoreChanged, and the
+  // slider moves to it.
+  int tempoSlider = kTempoSliderStart;
   QString documentPath;       // the score file last opened or saved; empty for a new score
   // The instrument menus' values and the instrument they chose. The sound panel keeps
   // them; a saved score carries the menu values, a MIDI file the instrument.
