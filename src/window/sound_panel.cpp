@@ -53,10 +53,19 @@ SoundPanel::SoundPanel(MainWindow& window)
 
   // Both sliders act while the thumb moves, not only when it is let go. The labels keep
   // their start texts until the tempo slider first moves.
+  window.State().tempoSlider = tempoSlider_->value();
   window.State().tempoFactor = TempoForSlider(tempoSlider_->value()).tempoFactor;
   connect(tempoSlider_, &QSlider::valueChanged, this, &SoundPanel::ShowTempo);
   connect(volumeSlider_, &QSlider::valueChanged, this, &SoundPanel::ShowVolume);
   ShowVolume(volumeSlider_->value());
+  connect(&window, &MainWindow::scoreChanged, this, &SoundPanel::FollowScore);
+}
+
+// A score carries its tempo: opening one, or the new score a save leaves, moves the
+// slider, and the slider's own change shows it. The instrument stays as chosen.
+void SoundPanel::FollowScore(ScoreChange change) {
+  if (change == ScoreChange::Replaced || change == ScoreChange::Saved)
+    tempoSlider_->setValue(ClampTempoSlider(window_.State().tempoSlider));
 }
 
 void SoundPanel::FillGroupMenu() {
@@ -101,6 +110,7 @@ void SoundPanel::ChooseInstrumentRow(int row) {
 
 void SoundPanel::ShowTempo(int sliderValue) {
   const TempoRow tempo = TempoForSlider(sliderValue);
+  window_.State().tempoSlider = sliderValue;
   window_.State().tempoFactor = tempo.tempoFactor;
   const QString number = QString::number(tempo.number);
   ShowText(static_cast<QLabel*>(window_.Control(ControlId::TempoSliderNumber)), ControlId::TempoSliderNumber,

@@ -8,6 +8,8 @@
 
 #include "window/menu_commands.h"
 
+#include "window/menu_commands.h"
+
 class QSlider;
 class QToolButton;
 
@@ -31,6 +33,7 @@ class SoundPanel : public QObject {
   void FillGroupMenu();
   void ShowTempo(int sliderValue);
   void ShowVolume(int sliderValue);
+  void FollowScore(ScoreChange change);
 
   MainWindow& window_;
   QToolButton* groupButton_;
