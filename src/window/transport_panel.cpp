@@ -1,9 +1,221 @@
 #include "window/transport_panel.h"
 
+#include <QAbstractButton>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QSlider>
+#include <QTreeWidget>
+#include <algorithm>
+#include <cmath>
+
 #include "window/main_window.h"
+#include "window/picture_canvas.h"
+#include "window/staff_view.h"
 
 namespace lirenza::window {
+namespace {
 
-TransportPanel::TransportPanel(MainWindow& window) : QObject(&window), window_(window) {}
+using layout::ControlId;
+
+// Indices of the radio families, as the layout table numbers them.
+constexpr int kPlayModeButton = 1;  // ModeButton: 1 plays from the keyboard, 0 edits
+constexpr int kLiveButton = 1;      // PlaybackModeButton: 0 manual, 1 live
+constexpr int kHandPositions = 3;   // PositionButton: first, third, fifth
+
+// A timer's interval is whole milliseconds: rounding up never wakes before the event.
+constexpr double kLongestSleepMs = 1e9;
+
+QAbstractButton* Button(const MainWindow& window, ControlId id, int index) {
+  return qobject_cast<QAbstractButton*>(window.Control(id, index));
+}
+
+bool IsChecked(const MainWindow& window, ControlId id, int index) {
+  const QAbstractButton* button = Button(window, id, index);
+  return button && button->isChecked();
+}
+
+}  // namespace
+
+int ScoreListRows::Rows() const { return list_ ? list_->topLevelItemCount() : 0; }
+
+int ScoreListRows::SelectedRow() const {
+  return list_ && list_->currentItem() ? list_->indexOfTopLevelItem(list_->currentItem()) : -1;
+}
+
+void ScoreListRows::Select(int row) {
+  if (list_ && row >= 0 && row < Rows()) list_->setCurrentItem(list_->topLevelItem(row));
+}
+
+TransportPanel::TransportPanel(MainWindow& window)
+    : QObject(&window), window_(window), list_(qobject_cast<QTreeWidget*>(window.Control(ControlId::ScoreList))) {
+  for (int i = 0; i < kButtons; ++i) {
+    if (QWidget* button = window_.Control(ControlId::TransportButton, i)) button->installEventFilter(this);
+    shownPicture_[i] = window_.State().playback.buttonPicture[i];
+  }
+
+  // One timer stands in for all six: it sleeps until the event at the cursor is due,
+  // so nothing wakes while nothing plays.
+  timer_.setSingleShot(true);
+  timer_.setTimerType(Qt::PreciseTimer);
+  connect(&timer_, &QTimer::timeout, this, &TransportPanel::OnTimer);
+
+  // The tempo slider moves every event still to come. Queued, so that the new factor
+  // is in place before the sleep is measured again.
+  if (auto* tempo = qobject_cast<QSlider*>(window_.Control(ControlId::TempoSlider)))
+    connect(tempo, &QSlider::valueChanged, this, [this] { if (timer_.isActive()) SleepUntilDue(); }, Qt::QueuedConnection);
+
+  for (int i = 0; i < kHandPositions; ++i)
+    if (QAbstractButton* b = Button(window_, ControlId::PositionButton, i))
+      connect(b, &QAbstractButton::toggled, this, [this, i](bool on) { if (on) ChooseHandPosition(i); });
+  for (int i = 0; i < layout::FamilySize(ControlId::ModeButton); ++i)
+    if (QAbstractButton* b = Button(window_, ControlId::ModeButton, i))
+      connect(b, &QAbstractButton::toggled, this, [this, i](bool on) { if (on) ChooseMode(i); });
+  // The window opens in play mode, with the score's texts locked.
+  ChooseMode(IsChecked(window_, ControlId::ModeButton, kPlayModeButton) ? kPlayModeButton : 0);
+  shownScroll_ = window_.State().staff.scrollValue;
+}
+
+PlayStyle TransportPanel::Style() const {
+  return PlayStyle{.live = IsChecked(window_, ControlId::PlaybackModeButton, kLiveButton),
+                   .playMode = IsChecked(window_, ControlId::ModeButton, kPlayModeButton)};
+}
+
+PlaybackEnv TransportPanel::Env() {
+  WindowState& s = window_.State();
+  return PlaybackEnv{s.staff,        s.modes,  s.tuning,
+                     s.handPosition, s.tempoFactor, s.entry.gate,
+                     *window_.Services().clock, window_.Services().ports, window_.Staff(),
+                     list_};
+}
+
+int TransportPanel::ButtonIndex(QObject* watched) const {
+  for (int i = 0; i < kButtons; ++i)
+    if (watched == window_.Control(ControlId::TransportButton, i)) return i;
+  return -1;
+}
+
+// The buttons are drawn pictures: which picture each shows, at rest, under the mouse
+// or held, is playback's to say, since Play and List stay pressed while they run.
+bool TransportPanel::eventFilter(QObject* watched, QEvent* event) {
+  const int index = ButtonIndex(watched);
+  if (index < 0) return QObject::eventFilter(watched, event);
+  PlaybackState& state = window_.State().playback;
+  switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+      if (static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton) return false;
+      event->accept();
+      Press(index);
+      return true;
+    case QEvent::MouseButtonRelease:
+      if (static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton) return false;
+      // A press that was refused gets no release: the button keeps the look it had.
+      if (pressActed_[index]) TransportMouseUp(state, index);
+      pressActed_[index] = false;
+      ShowTransport();
+      return true;
+    case QEvent::Enter:
+      TransportMouseEnter(state, index);
+      ShowTransport();
+      return false;
+    case QEvent::Leave:
+      TransportMouseExit(state, index, window_.State().modes);
+      ShowTransport();
+      return false;
+    default:
+      return false;
+  }
+}
+
+void TransportPanel::Press(int index) {
+  pressActed_[index] = TransportMouseDown(window_.State().playback, index, Style(), Env());
+  ShowTransport();
+  SleepUntilDue();
+}
+
+bool TransportPanel::TickOnce() {
+  PlaybackState& state = window_.State().playback;
+  const PlaybackEnv env = Env();
+  bool carried = false;
+  for (int t = 0; t < kPlayTimers; ++t) {
+    const auto timer = static_cast<PlayTimer>(t);
+    if (state.Running(timer) && PlaybackTick(state, timer, env)) carried = true;
+  }
+  ShowTransport();
+  return carried && state.AnyRunning() && state.lastEvent >= 1 && MicrosecondsUntilDue(state, env) <= 0;
+}
+
+void TransportPanel::OnTimer() {
+  // One event a tick; an overdue next one comes at the next turn of the event loop,
+  // so that input and painting are not held up by a run of late events.
+  TickOnce();
+  SleepUntilDue();
+}
+
+void TransportPanel::TickNow() {
+  while (TickOnce()) {
+  }
+  SleepUntilDue();
+}
+
+void TransportPanel::SleepUntilDue() {
+  const PlaybackState& state = window_.State().playback;
+  if (!state.AnyRunning()) {
+    timer_.stop();
+    return;
+  }
+  if (state.lastEvent < 1) {
+    timer_.start(kEmptyPieceWaitMs);
+    return;
+  }
+  const double waitMs = std::ceil(MicrosecondsUntilDue(state, Env()) / 1000.0);
+  timer_.start(static_cast<int>(std::clamp(waitMs, 0.0, kLongestSleepMs)));
+}
+
+// Brings the screen in line with playback: button pictures, the playing label, the
+// score list's lock, and the scroll bar after a page turn. The bar is set without
+// its signal: the staff has already moved its notes.
+void TransportPanel::ShowTransport() {
+  WindowState& s = window_.State();
+  for (int i = 0; i < kButtons; ++i) {
+    const std::string& name = s.playback.buttonPicture[i];
+    if (name == shownPicture_[i]) continue;
+    if (auto* canvas = qobject_cast<PictureCanvas*>(window_.Control(ControlId::TransportButton, i)))
+      canvas->SetPicture(window_.Pictures().Picture(QString::fromStdString(name)));
+    shownPicture_[i] = name;
+  }
+  if (QWidget* label = window_.Control(ControlId::ScorePlayingLabel)) label->setVisible(s.playback.playingLabel);
+  if (QWidget* list = window_.Control(ControlId::ScoreList)) list->setEnabled(s.playback.listEnabled);
+  const int scroll = s.staff.scrollValue;
+  if (auto* bar = qobject_cast<QScrollBar*>(window_.Control(ControlId::StaffScrollBar)); bar && bar->value() != scroll) {
+    const QSignalBlocker quiet(bar);
+    bar->setValue(scroll);
+  }
+  if (scroll != shownScroll_) {
+    window_.Staff().update();
+    shownScroll_ = scroll;
+  }
+}
+
+// While a score plays or loads the hand stays where it is, and the buttons say so.
+void TransportPanel::ChooseHandPosition(int position) {
+  WindowState& s = window_.State();
+  if (position == s.handPosition) return;
+  if (s.modes.Busy()) {
+    if (QAbstractButton* kept = Button(window_, ControlId::PositionButton, s.handPosition)) kept->setChecked(true);
+    return;
+  }
+  s.handPosition = position;
+  window_.Staff().SetHandPosition(position);
+}
+
+// Play mode locks the title and composer fields, edit mode opens them. While busy
+// the choice is shown but changes nothing yet.
+void TransportPanel::ChooseMode(int mode) {
+  if (window_.State().modes.Busy()) return;
+  for (ControlId field : {ControlId::TitleField, ControlId::ComposerField})
+    if (QWidget* w = window_.Control(field)) w->setEnabled(mode != kPlayModeButton);
+}
 
 }  // namespace lirenza::window
