@@ -227,6 +227,9 @@ std::vector<Control> BuildTable() {
   Control backCaption = Caption({BackPictureCaption}, {1132, 726, 41, 12}, "Player");
   backCaption.textColour = kPanelCyan;
   add(backCaption);
+  // Between the drawn window buttons and the program's name: the window has no frame
+  // of the desktop's, so its menus stand on its own wood.
+  add({.ref = {MenuBarStrip}, .kind = K::Canvas, .place = {84, 6, 440, 22}});
   return t;
 }
 
@@ -291,7 +294,7 @@ std::string_view IdName(ControlId id) {
     LIRENZA_NAME(PositionCaption) LIRENZA_NAME(PositionButton) LIRENZA_NAME(PositionLabel)
     LIRENZA_NAME(InstrumentCaption) LIRENZA_NAME(InstrumentGroupMenu) LIRENZA_NAME(InstrumentMenu)
     LIRENZA_NAME(WindowButton) LIRENZA_NAME(AppNameLabel) LIRENZA_NAME(PlayerNameLabel)
-    LIRENZA_NAME(BackPictureButton) LIRENZA_NAME(BackPictureCaption)
+    LIRENZA_NAME(BackPictureButton) LIRENZA_NAME(BackPictureCaption) LIRENZA_NAME(MenuBarStrip)
 #undef LIRENZA_NAME
   }
   return "?";

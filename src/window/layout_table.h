@@ -47,6 +47,7 @@ enum class ControlId {
   InstrumentCaption, InstrumentGroupMenu, InstrumentMenu,
   // The frame: 0 close, 1 minimise, 2 the zoom button that does nothing.
   WindowButton, AppNameLabel, PlayerNameLabel, BackPictureButton, BackPictureCaption,
+  MenuBarStrip,  // the free strip of the frame's top edge where the menu bar sits
 };
 
 struct ControlRef {
