@@ -221,23 +221,21 @@ void MainWindow::mouseMoveEvent(QMouseEvent* event) {
   move(event->globalPosition().toPoint() - dragOffset_);
 }
 
-void MainWindow::closeEvent(QCloseEvent* event) {
-  if (HasUnsavedChanges()) {
-    switch (services_.closeQuestion->Ask(this, kCloseMessage, kCloseExplanation, kSaveCaption, kDontSaveCaption)) {
-      case CloseQuestion::Answer::Cancel:
-        event->ignore();
-        return;
-      case CloseQuestion::Answer::Save:
-        if (save_ && !save_()) {
-          event->ignore();  // nothing was saved: the changes stay on screen
-          return;
-        }
-        break;
-      case CloseQuestion::Answer::DontSave:
-        break;
-    }
+bool MainWindow::SettleUnsavedChanges() {
+  if (!HasUnsavedChanges()) return true;
+  switch (services_.closeQuestion->Ask(this, kCloseMessage, kCloseExplanation, kSaveCaption, kDontSaveCaption)) {
+    case CloseQuestion::Answer::Cancel: return false;
+    case CloseQuestion::Answer::Save: return !save_ || save_();  // nothing saved: the changes stay on screen
+    case CloseQuestion::Answer::DontSave: return true;
   }
-  event->accept();
+  return false;
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (SettleUnsavedChanges())
+    event->accept();
+  else
+    event->ignore();
 }
 
 }  // namespace lirenza

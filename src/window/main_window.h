@@ -52,6 +52,9 @@ class MainWindow : public QWidget {
   // save returns false when nothing was saved (cancelled or failed): closing stops.
   bool HasUnsavedChanges() const { return state_.staff.hasChanges; }
   void SetSaveAction(std::function<bool()> save) { save_ = std::move(save); }
+  // The close question over unsaved changes, and the save it may ask for. False when the
+  // user cancelled or nothing was saved: whatever would replace the score must stop.
+  bool SettleUnsavedChanges();
 
   // Opens a score file as a document from outside (the command line, the desktop):
   // through the opener the file commands register, after the close question when the
