@@ -183,6 +183,7 @@ std::vector<Control> BuildTable() {
   add(Picture({KeyPanel}, {33, 368, 160, 30}, "Display2"));
   Control keyName = Caption({KeyNameLabel}, {33, 373, 160, 20}, "ハ長調(C)/イ短調(A)", KeyPanel);
   keyName.textColour = kPanelCyan;
+  keyName.alignment = Alignment::Centre;  // in the middle of its panel, clear of the rim
   add(keyName);
 
   add(Caption({ModeCaption}, {42, 472, 40, 18}, "モード"));
