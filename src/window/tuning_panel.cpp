@@ -3,12 +3,16 @@
 #include <QLabel>
 #include <QLineEdit>
 
+#include "window/control_factory.h"
 #include "window/main_window.h"
 
 namespace lirenza::window {
 namespace {
 
 using layout::ControlId;
+
+// The key panel's rounded rim, on each side, that the name keeps clear of.
+constexpr int kPanelRim = 6;
 
 void ShowIn(QLineEdit* field, const std::string& text) {
   const QString shown = QString::fromStdString(text);
@@ -48,7 +52,14 @@ void TuningPanel::ShowTuning() {
     ShowIn(static_cast<QLineEdit*>(window_.Control(ControlId::RatioField, j)), tuning.ratioTexts[j]);
     ShowIn(static_cast<QLineEdit*>(window_.Control(ControlId::FrequencyField, j)), tuning.frequencyTexts[j]);
   }
-  static_cast<QLabel*>(window_.Control(ControlId::KeyNameLabel))->setText(QString::fromStdString(tuning.keyName));
+  // The names of the keys with sharps and flats run wider than the start's C major:
+  // they get a smaller size rather than lose their ends.
+  auto* keyName = static_cast<QLabel*>(window_.Control(ControlId::KeyNameLabel));
+  const QString name = QString::fromStdString(tuning.keyName);
+  QFont font = ControlFont(layout::ControlAt(ControlId::KeyNameLabel));
+  font.setPixelSize(FittingPixelSize(font, name, keyName->width() - 2 * kPanelRim));
+  keyName->setFont(font);
+  keyName->setText(name);
 }
 
 }  // namespace lirenza::window
