@@ -68,11 +68,6 @@ TransportPanel::TransportPanel(MainWindow& window)
   for (int i = 0; i < kHandPositions; ++i)
     if (QAbstractButton* b = Button(window_, ControlId::PositionButton, i))
       connect(b, &QAbstractButton::toggled, this, [this, i](bool on) { if (on) ChooseHandPosition(i); });
-  for (int i = 0; i < layout::FamilySize(ControlId::ModeButton); ++i)
-    if (QAbstractButton* b = Button(window_, ControlId::ModeButton, i))
-      connect(b, &QAbstractButton::toggled, this, [this, i](bool on) { if (on) ChooseMode(i); });
-  // The window opens in play mode, with the score's texts locked.
-  ChooseMode(IsChecked(window_, ControlId::ModeButton, kPlayModeButton) ? kPlayModeButton : 0);
   shownScroll_ = window_.State().staff.scrollValue;
 }
 
@@ -208,14 +203,6 @@ void TransportPanel::ChooseHandPosition(int position) {
   }
   s.handPosition = position;
   window_.Staff().SetHandPosition(position);
-}
-
-// Play mode locks the title and composer fields, edit mode opens them. While busy
-// the choice is shown but changes nothing yet.
-void TransportPanel::ChooseMode(int mode) {
-  if (window_.State().modes.Busy()) return;
-  for (ControlId field : {ControlId::TitleField, ControlId::ComposerField})
-    if (QWidget* w = window_.Control(field)) w->setEnabled(mode != kPlayModeButton);
 }
 
 }  // namespace lirenza::window

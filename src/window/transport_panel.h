@@ -70,7 +70,6 @@ class TransportPanel : public QObject {
   void SleepUntilDue();
   void ShowTransport();
   void ChooseHandPosition(int position);
-  void ChooseMode(int mode);
 
   MainWindow& window_;
   ScoreListRows list_;
