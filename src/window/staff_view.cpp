@@ -233,6 +233,11 @@ void StaffView::EndHoverSound(int hoverPitch) {
   if (hoverPitch >= 0) PlayAndShow(state_.ports, state_.tuning, handPosition_, hoverPitch, 0);
 }
 
+void StaffView::ForgetNoteIndexes() {
+  HoverOver(0);
+  dragged_ = lastPressed_ = 0;
+}
+
 // A removed note closes the gap: the notes after it move down one index.
 void StaffView::NoteGone(int index) {
   for (int* held : {&dragged_, &hovered_, &lastPressed_}) {

@@ -54,6 +54,10 @@ class StaffView : public QWidget, public StaffDisplay {
 
   // The hand position the hover sound shows on the fingerboard.
   void SetHandPosition(int position) { handPosition_ = position; }
+  // Called before something other than the staff's own gestures (a menu's bar
+  // command, a scale) removes or moves notes: the note under the mouse falls silent,
+  // and no index held so far is trusted to name the same note afterwards.
+  void ForgetNoteIndexes();
 
   // What a menu action chooses, read back from the action itself.
   static std::optional<NoteMenuChoice> NoteChoiceOf(const QAction* action);
