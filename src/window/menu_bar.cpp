@@ -67,6 +67,8 @@ MenuBar::MenuBar(MainWindow& window) : QObject(&window), window_(window) {
   BuildEditMenu();
   BuildScaleMenu();
   BuildHelpMenu();
+  // Open menus are windows of their own and do not inherit the bar's font.
+  for (QMenu* menu : bar_->findChildren<QMenu*>()) menu->setFont(font);
   // Only as wide as its titles: the rest of the strip still drags the window.
   bar_->setGeometry(0, 0, std::min(bar_->sizeHint().width(), strip->width()), strip->height());
 
@@ -212,6 +214,7 @@ void MenuBar::ChooseScale(int index) {
   WindowState& state = window_.State();
   if (index < 0 || index >= kScaleCount || state.modes.Busy()) return;
   checkedScale_ = index;
+  window_.Staff().ForgetNoteIndexes();
   LoadKestraLine(state.staff, kScaleLines[index].line);
   SetTitle(state.staff, ScaleTitle(index));
   if (auto* scroll = qobject_cast<QScrollBar*>(window_.Control(ControlId::StaffScrollBar)))
@@ -225,7 +228,10 @@ void MenuBar::RunBarCommand(int index) {
   WindowState& state = window_.State();
   Staff& staff = state.staff;
   const auto before = ScoreContent(staff);
-  if (ChooseFromBarMenu(staff, state.modes, static_cast<BarOperation>(index), *window_.Services().confirm) !=
+  const auto operation = static_cast<BarOperation>(index);
+  // Every command but the copy mark removes or moves notes.
+  if (!state.modes.Busy() && operation != BarOperation::Copy) window_.Staff().ForgetNoteIndexes();
+  if (ChooseFromBarMenu(staff, state.modes, operation, *window_.Services().confirm) !=
       BarMenuOutcome::Done)
     return;
   // Writing the score out twice starts from its beginning.
