@@ -9,6 +9,7 @@
 #include "violin/tempo_table.h"
 #include "violin/fakes.h"
 #include "window/main_window.h"
+#include "window/picture_canvas.h"
 #include "window/staff_view.h"
 #include "window/transport_panel.h"
 
@@ -45,6 +46,15 @@ class PlaybackTest : public QObject {
   // What the score's player was asked to sound (its instrument is the sound panel's).
   Log Played() { return fake->Lines([](const std::string& l) { return l.starts_with("player1 p("); }); }
   QImage NoteImage(int i) { return window->Staff().grab(window::StaffView::NoteRect(staff().notes[i])).toImage(); }
+  // The picture a transport button shows after the pointer came over it and left.
+  QImage AfterHover(int button) {
+    QWidget* canvas = window->Control(ControlId::TransportButton, button);
+    for (QEvent::Type type : {QEvent::Enter, QEvent::Leave}) {
+      QEvent event(type);
+      QApplication::sendEvent(canvas, &event);
+    }
+    return static_cast<PictureCanvas*>(canvas)->ShownPicture();
+  }
   int Lit() { return int(std::count_if(staff().notes.begin(), staff().notes.end(), [](auto& n) { return n.sounding; })); }
 
  private slots:
@@ -136,6 +146,7 @@ class PlaybackTest : public QObject {
     window->State().modes.loading = false;
     Play();
     QVERIFY(panel->TimerActive() && label->isVisible() && !window->Control(ControlId::ScoreList)->isEnabled());
+    QCOMPARE(AfterHover(0), window->Pictures().Picture("PlayButtonB"));  // held down while it plays
     At(300);
     Press(0);  // already playing: it does not start over
     At(480);
@@ -148,6 +159,7 @@ class PlaybackTest : public QObject {
     QVERIFY(fake->players[1].StillSounding().empty());
     QCOMPARE(Lit(), 0);
     QVERIFY(!panel->TimerActive() && !label->isVisible() && window->Control(ControlId::ScoreList)->isEnabled());
+    QCOMPARE(AfterHover(0), window->Pictures().Picture("PlayButton"));
     const Log calls = fake->log;
     At(5000);
     QCOMPARE(fake->log, calls);
