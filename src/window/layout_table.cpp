@@ -134,10 +134,15 @@ std::vector<Control> BuildTable() {
   // The picture follows the volume; this one shows the start volume.
   add(Picture({Speaker}, {964, 229, 25, 24}, "Speaker2"));
 
-  // The note names are spaced by blanks to stand over the twelve columns of fields.
-  add(Caption({NoteNamesCaption}, {295, 305, 620, 19},
-              "C       C#      D       D#      E       F       F#      G       G#      A       A#      B"));
   constexpr int kTuningLefts[12] = {273, 326, 379, 432, 484, 536, 588, 641, 694, 747, 800, 853};
+  // One name over each column of fields: a single caption spaced by blanks drifts off
+  // its columns in any face whose blank is not as wide as the one it was spaced for.
+  constexpr std::string_view kNoteNames[12] = {"C", "C#", "D", "D#", "E", "F", "F#", "G", "G#", "A", "A#", "B"};
+  for (int i = 0; i < 12; ++i) {
+    Control name = Caption({NoteNamesCaption, i}, {kTuningLefts[i], 305, 50, 18}, kNoteNames[i]);
+    name.alignment = Alignment::Centre;
+    add(name);
+  }
   for (int i = 0; i < 12; ++i)
     add({.ref = {RatioField, i}, .kind = K::TextField, .place = {kTuningLefts[i], 323, 50, 16},
          .font = {FontFace::System, 10}, .textColour = 0xfffefe, .backColour = 0x4c4c4c,

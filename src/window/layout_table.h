@@ -32,7 +32,7 @@ enum class ControlId {
   ConversionButton,  // 0 score to MIDI, 1 play MIDI, 2 MIDI to AIFF, 3 play AIFF
   ConversionCaption,
   VolumeSlider, TempoSlider, VolumeCaption, TempoCaption, TempoSliderNumber, Speaker,
-  // Tuning table: the twelve notes from C, ratio above frequency.
+  // Tuning table: the twelve notes from C, name above ratio above frequency.
   NoteNamesCaption, RatioField, FrequencyField, RatioCaption, FrequencyCaption,
   // Score library.
   LibraryCaption, GenreButton, ScoreList,

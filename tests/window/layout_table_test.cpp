@@ -58,7 +58,7 @@ TEST(LayoutTable, ControlsSideBySideDoNotOverlap) {
   using enum ControlId;
   const std::vector<std::vector<ControlId>> groups = {
       {LengthButton}, {VelocityButton},
-      {RatioField, FrequencyField}, {TransportButton, ConversionButton}, {WindowButton, MenuBarStrip, AppNameLabel},
+      {NoteNamesCaption, RatioField, FrequencyField}, {TransportButton, ConversionButton}, {WindowButton, MenuBarStrip, AppNameLabel},
       {ModeButton, ModeLabel}, {PlaybackModeButton, PlaybackModeLabel}, {PositionButton, PositionLabel},
       {VolumeSlider, TempoSlider}, {InstrumentGroupMenu, InstrumentMenu}, {StatusPanel, KeyPanel},
       {TitleField, ComposerField}};
