@@ -1,9 +1,46 @@
 // lirenza: the window program.
 #include <QApplication>
+#include <QEvent>
 #include <QFont>
+#include <QTimer>
+#include <functional>
+#include <utility>
 
 #include "platform/sound_system.h"
 #include "window/main_window.h"
+
+namespace {
+
+// Loading the sound fonts takes a core for a while; on a busy machine it would hold
+// up the window's first paint. They start loading once that paint is done, or after
+// a second at the latest should no paint come (a window started hidden).
+constexpr int kLatestSoundStartMs = 1000;
+
+class AfterFirstPaint : public QObject {
+ public:
+  AfterFirstPaint(QWidget& widget, std::function<void()> work) : QObject(&widget), work_(std::move(work)) {
+    widget.installEventFilter(this);
+    QTimer::singleShot(kLatestSoundStartMs, this, &AfterFirstPaint::Run);
+  }
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Paint) {
+      watched->removeEventFilter(this);
+      // Queued, so the paint reaches the screen first.
+      QMetaObject::invokeMethod(this, &AfterFirstPaint::Run, Qt::QueuedConnection);
+    }
+    return false;
+  }
+
+ private:
+  void Run() {
+    if (work_) std::exchange(work_, nullptr)();
+  }
+
+  std::function<void()> work_;
+};
+
+}  // namespace
 
 int main(int argc, char* argv[]) {
   QApplication app(argc, argv);
@@ -12,13 +49,14 @@ int main(int argc, char* argv[]) {
   // The installed Japanese face, named outright, so every machine draws the same text.
   QApplication::setFont(QFont(QStringLiteral("IPAexGothic")));
 
-  // The sound fonts load on a thread of their own: the window paints at once and the
-  // players sound as soon as the fonts are in.
-  lirenza::SoundSystem sound(lirenza::AudioSettingsFromEnvironment());
+  // The sound fonts load on a thread of their own once the window has painted; the
+  // players take every call meanwhile and sound as soon as the fonts are in.
+  lirenza::SoundSystem sound(lirenza::AudioSettingsFromEnvironment(), {}, {}, /*loadNow=*/false);
   lirenza::window::WindowServices services;
   for (int i = 0; i < lirenza::kNotePlayers; ++i) services.ports.players[i] = &sound.Player(i);
 
   lirenza::MainWindow window(std::move(services));
+  new AfterFirstPaint(window, [&sound] { sound.StartLoading(); });
   window.show();
   // A score named on the command line opens as a document does.
   const QStringList arguments = QApplication::arguments();

@@ -31,11 +31,16 @@ CoverageCount CountCoverage(const Synth& synth) {
 }
 
 SoundSystem::SoundSystem(AudioSettings audio, SynthOptions options,
-                         std::function<void(const std::string&)> report)
-    : synth_(options) {
+                         std::function<void(const std::string&)> report, bool loadNow)
+    : synth_(options), audio_(std::move(audio)), report_(std::move(report)) {
   for (int i = 0; i < kNotePlayers; ++i) players_[i] = std::make_unique<FluidNotePlayer>(synth_, i);
-  if (!report) report = [](const std::string& line) { std::cerr << "lirenza: " << line << '\n'; };
-  loaded_ = std::async(std::launch::async, [this, audio, report] { return Load(audio, report); }).share();
+  if (!report_) report_ = [](const std::string& line) { std::cerr << "lirenza: " << line << '\n'; };
+  if (loadNow) StartLoading();
+}
+
+void SoundSystem::StartLoading() {
+  if (loaded_.valid()) return;
+  loaded_ = std::async(std::launch::async, [this] { return Load(audio_, report_); }).share();
 }
 
 SoundSystem::~SoundSystem() {
@@ -82,9 +87,12 @@ SoundStatus SoundSystem::Load(AudioSettings audio, std::function<void(const std:
 }
 
 bool SoundSystem::Ready() const {
-  return loaded_.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+  return loaded_.valid() && loaded_.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
 }
 
-const SoundStatus& SoundSystem::WaitReady() { return loaded_.get(); }
+const SoundStatus& SoundSystem::WaitReady() {
+  StartLoading();
+  return loaded_.get();
+}
 
 }  // namespace lirenza

@@ -30,16 +30,21 @@ class SoundSystem {
  public:
   // report receives the one line of trouble, once, from the loading thread (the
   // default writes it to stderr), and before it one line for each font skipped while
-  // others loaded. Nothing is reported when all is well.
+  // others loaded. Nothing is reported when all is well. With loadNow false nothing
+  // loads until StartLoading, so a window can paint before the fonts take the CPU.
   explicit SoundSystem(AudioSettings audio = {}, SynthOptions options = {},
-                       std::function<void(const std::string&)> report = {});
+                       std::function<void(const std::string&)> report = {}, bool loadNow = true);
   ~SoundSystem();
+
+  // Starts the loading thread; calls after the first do nothing.
+  void StartLoading();
 
   NotePlayer& Player(int index) { return *players_.at(index); }
   Synth& synth() { return synth_; }
 
   bool Ready() const;
-  // Waits for the loading thread (tests, the command line); the window never calls it.
+  // Starts loading if nothing started it yet and waits for the loading thread (tests,
+  // the command line); the window never calls it.
   const SoundStatus& WaitReady();
 
  private:
@@ -48,6 +53,8 @@ class SoundSystem {
   Synth synth_;
   AudioOutput output_;
   std::array<std::unique_ptr<FluidNotePlayer>, kNotePlayers> players_;
+  AudioSettings audio_;
+  std::function<void(const std::string&)> report_;
   std::shared_future<SoundStatus> loaded_;
 };
 

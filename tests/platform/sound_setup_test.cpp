@@ -1,6 +1,10 @@
 // Where the sound comes from: which fonts, which output, and what the user is told
 // when either is missing. None of it may crash, hang or hold up the window.
 #include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <chrono>
+#include <thread>
 
 #include "platform/audio_output.h"
 #include "platform/sound_fonts.h"
@@ -40,4 +44,23 @@ TEST(SoundSystem, TakesEveryCallAndSaysOnceThatItPlaysSilentlyWithoutASoundCard)
   ASSERT_EQ(reports.size(), 1u);
   EXPECT_TRUE(reports[0].rfind("no sound:", 0) == 0 && reports[0].find('\n') == std::string::npos) << reports[0];
   EXPECT_TRUE(!status.fontsLoaded || sound.synth().ChannelPreset(0).soundingProgram == 40) << "the early choice holds";
+}
+
+TEST(SoundSystem, AskedToWaitLoadsNothingUntilStartedAndThenOnlyOnce) {
+  // With no font to find, a started load ends at once and says so in one line.
+  ::setenv(kSoundFontEnv, "/nowhere/gone.sf2", 1);
+  std::vector<std::string> reports;
+  {
+    SoundSystem sound({}, {}, [&](const std::string& line) { reports.push_back(line); }, /*loadNow=*/false);
+    sound.Player(0).PlayNote(69 * 256, 100);
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    EXPECT_FALSE(sound.Ready());
+    EXPECT_TRUE(reports.empty());
+    sound.StartLoading();
+    sound.StartLoading();
+    EXPECT_FALSE(sound.WaitReady().fontsLoaded);
+    EXPECT_TRUE(sound.Ready());
+  }
+  ::unsetenv(kSoundFontEnv);
+  EXPECT_EQ(reports.size(), 1u);
 }
