@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QProxyStyle>
 #include <QScrollBar>
 #include <tuple>
 
@@ -36,6 +37,16 @@ constexpr const char* kStyle =
 
 constexpr int kMenuFontPixels = 13;
 
+// Alt is the modifier of the bar commands, and the keys play the violin: a lone Alt
+// must not put the menu bar in keyboard navigation, where it would take every key.
+class NoAltNavigation : public QProxyStyle {
+ public:
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* answer) const override {
+    return hint == SH_MenuBar_AltKeyNavigation ? 0 : QProxyStyle::styleHint(hint, option, widget, answer);
+  }
+};
+
 // The two bodies of the body menu: the back picture and the colour under it.
 struct BodyStyle {
   int backPicture;
@@ -58,6 +69,9 @@ MenuBar::MenuBar(MainWindow& window) : QObject(&window), window_(window) {
   bar_ = new QMenuBar(strip);
   // The window has no frame of the desktop's: the menus stay in it, never in a global bar.
   bar_->setNativeMenuBar(false);
+  auto* style = new NoAltNavigation;
+  style->setParent(bar_);
+  bar_->setStyle(style);
   QFont font(ToQString(layout::StandInFace(layout::FontFace::Proportional)));
   font.setPixelSize(kMenuFontPixels);
   bar_->setFont(font);

@@ -139,6 +139,9 @@ class MenuBarTest : public QObject {
     Key(Qt::Key_Z, Qt::ControlModifier);
     Key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
     QCOMPARE(ran, QStringList({"open", "undo", "redo"}));
+    // Alt alone, as before a bar command, leaves the keys with the staff.
+    Key(Qt::Key_Alt, Qt::NoModifier);
+    QCOMPARE(QApplication::focusWidget(), &window->Staff());
 
     // In a text field the keys edit the text: the menu's copy never runs.
     QTest::mouseClick(window->Control(ControlId::ModeButton, 0), Qt::LeftButton);  // fields take text in edit mode
