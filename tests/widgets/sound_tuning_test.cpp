@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QTemporaryDir>
 #include <QSlider>
 #include <QTimer>
 #include <QToolButton>
@@ -26,7 +27,15 @@ using window::ScoreChange;
 class SoundTuningTest : public QObject {
   Q_OBJECT
 
+  struct SaveHere : window::Dialogs {
+    QString path;
+    std::optional<QString> OpenScorePath(QWidget*) override { return std::nullopt; }
+    std::optional<QString> SaveScorePath(QWidget*, const QString&) override { return path; }
+    std::optional<QString> SaveMidiPath(QWidget*, const QString&) override { return std::nullopt; }
+    void Tell(QWidget*, const QString& sentence) override { QFAIL(qPrintable(sentence)); }
+  };
   testing::FakeSound sound;
+  std::shared_ptr<SaveHere> dialogs;
   std::unique_ptr<MainWindow> window;
 
   template <typename Widget = QLabel>
@@ -40,8 +49,10 @@ class SoundTuningTest : public QObject {
     QTimer::singleShot(0, this, [&] {
       auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
       for (QAction* action : menu ? menu->actions() : QList<QAction*>())
-        if (!action->isSeparator() && action->data().toInt() == item)
-          return QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center()), void(clicked = true);
+        if (!action->isSeparator() && action->data().toInt() == item) {
+          clicked = true;
+          return QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
+        }
       if (menu) menu->close();
     });
     QTest::mousePress(Get<QToolButton>(button), Qt::LeftButton);
@@ -73,6 +84,7 @@ class SoundTuningTest : public QObject {
       for (ControlId id : {ControlId::RatioField, ControlId::FrequencyField}) ExpectReadable(id, j);
     }
     QCOMPARE(Get(ControlId::KeyNameLabel)->text(), QString::fromStdString(expected.keyName));
+    QVERIFY2(Fits(Get(ControlId::KeyNameLabel), Get(ControlId::KeyNameLabel)->text(), 12), "key name cut off");
     QCOMPARE(Get<QLineEdit>(ControlId::FrequencyField, 9)->text(), QStringLiteral("440"));  // A4 in every key
     for (int i = 11; i <= 119; ++i) QCOMPARE(window->State().tuning.pitches[i], expected.pitches[i]);  // what sounds
   }
@@ -80,7 +92,8 @@ class SoundTuningTest : public QObject {
  private slots:
   void init() {
     sound.log.clear();
-    window = std::make_unique<MainWindow>(window::WindowServices{.ports = sound.ports});
+    dialogs = std::make_shared<SaveHere>();
+    window = std::make_unique<MainWindow>(window::WindowServices{.ports = sound.ports, .dialogs = dialogs});
     window->show();
     QVERIFY(QTest::qWaitForWindowExposed(window.get()));
   }
@@ -156,24 +169,30 @@ class SoundTuningTest : public QObject {
     ExpectTuningShown(key);
   }
 
-  // An opened score brings its tempo and key, not its instrument; a save leaves a new
-  // score at the start tempo in C. Done as the file commands do it.
+  // An opened score brings its tempo and key, not its instrument; a save writes the
+  // menus and the tempo, and leaves a new score at the start tempo in C.
   void openedAndSavedScoresMoveTheSliderAndTheTuning() {
+    QTemporaryDir dir;
     ScoreFile score;
-    score.tempoSlider = 12, score.keySignature = 11, score.instrumentGroup = 0;
-    window::WindowState& state = window->State();
+    score.tempoSlider = 12, score.keySignature = 11;
+    QFile opened(dir.filePath("opened.note"));
+    QVERIFY(opened.open(QIODevice::WriteOnly) && opened.write(ScoreFileText(score).c_str()) > 0);
+    opened.close();
+    ChooseFromMenu(ControlId::InstrumentGroupMenu, 17);
     sound.log.clear();
-    state.tempoSlider = LoadScoreText(state.staff, ScoreFileText(score));
-    window->NotifyScoreChanged(ScoreChange::Replaced);
+    window->OpenDocument(opened.fileName());
+    const window::WindowState& state = window->State();
     QCOMPARE(std::pair(Get<QSlider>(ControlId::TempoSlider)->value(), state.tempoFactor), std::pair(12, TempoForSlider(12).tempoFactor));
     QCOMPARE(Get(ControlId::TempoWord)->text(), QString::fromStdString(TempoForSlider(12).term));
     ExpectTuningShown(11);
     QVERIFY(sound.log.empty());
 
-    WindowSettings settings;
-    ResetAfterSave(state.staff, settings);
-    state.tempoSlider = settings.tempoSlider;
-    window->NotifyScoreChanged(ScoreChange::Saved);
+    dialogs->path = dir.filePath("saved.note");
+    QVERIFY(window->RunMenuCommand(window::MenuCommand::SaveScore));
+    QFile saved(dialogs->path);
+    QVERIFY(saved.open(QIODevice::ReadOnly));
+    const ScoreFile written = ParseScoreFile(saved.readAll().toStdString());
+    QCOMPARE(std::tuple(written.instrumentGroup, written.instrumentRow, written.tempoSlider), std::tuple(17, 0, 12));
     QCOMPARE(std::pair(Get<QSlider>(ControlId::TempoSlider)->value(), state.tempoFactor),
              std::pair(kTempoSliderStart, TempoForSlider(kTempoSliderStart).tempoFactor));
     ExpectTuningShown(0);
