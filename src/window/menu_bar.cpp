@@ -142,7 +142,7 @@ void MenuBar::BuildEditMenu() {
   auto addBar = [&](BarOperation operation) {
     const int index = static_cast<int>(operation);
     const std::string caption(BarMenuCaption(operation));
-    // The logic names the Alt key by the name it has on the keyboards the scores came from.
+    // The logic writes these shortcuts with the Mac's Option key, which is Alt here.
     QString shortcut = QString::fromUtf8(BarMenuShortcut(operation).data(),
                                          static_cast<qsizetype>(BarMenuShortcut(operation).size()));
     shortcut.replace(QStringLiteral("Option+"), QStringLiteral("Alt+"));
