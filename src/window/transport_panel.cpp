@@ -23,7 +23,7 @@ constexpr int kPlayModeButton = 1;  // ModeButton: 1 plays from the keyboard, 0 
 constexpr int kLiveButton = 1;      // PlaybackModeButton: 0 manual, 1 live
 constexpr int kHandPositions = 3;   // PositionButton: first, third, fifth
 
-// A timer's interval is whole milliseconds: rounding up never wakes before the event.
+// Far beyond any piece, and still within a timer's interval.
 constexpr double kLongestSleepMs = 1e9;
 
 QAbstractButton* Button(const MainWindow& window, ControlId id, int index) {
@@ -78,10 +78,9 @@ PlayStyle TransportPanel::Style() const {
 
 PlaybackEnv TransportPanel::Env() {
   WindowState& s = window_.State();
-  return PlaybackEnv{s.staff,        s.modes,  s.tuning,
+  return PlaybackEnv{s.staff,         s.modes,       s.tuning,
                      s.handPosition, s.tempoFactor, s.entry.gate,
-                     *window_.Services().clock, window_.Services().ports, window_.Staff(),
-                     list_};
+                     *window_.Services().clock, window_.Services().ports, window_.Staff(), list_};
 }
 
 int TransportPanel::ButtonIndex(QObject* watched) const {
@@ -164,6 +163,7 @@ void TransportPanel::SleepUntilDue() {
     timer_.start(kEmptyPieceWaitMs);
     return;
   }
+  // A timer's interval is whole milliseconds: rounding up never wakes before the event.
   const double waitMs = std::ceil(MicrosecondsUntilDue(state, Env()) / 1000.0);
   timer_.start(static_cast<int>(std::clamp(waitMs, 0.0, kLongestSleepMs)));
 }
