@@ -1,0 +1,100 @@
+#!/usr/bin/env bash
+# Screenshots of Lirenza at work, for looking at: starts the program under its own
+# Xvfb with a fresh HOME, takes the window at start and after the start pause, enters
+# a short melody by double clicks on the staff, opens a note's menu, plays the melody
+# and takes the window while it plays and after. The pictures are the window alone,
+# at 100 %, named in the order they were taken (the note menu reaches outside the
+# window: that one is the whole screen).
+#
+# Usage: scripts/window-shots.sh OUTPUT_FOLDER
+#   LIRENZA_BUILD_DIR chooses the build (default: build/); the program must be built.
+set -euo pipefail
+
+here=$(cd "$(dirname "$0")/.." && pwd)
+if [ $# -ne 1 ]; then
+  echo "usage: $0 OUTPUT_FOLDER" >&2
+  exit 2
+fi
+out=$(mkdir -p "$1" && cd "$1" && pwd)
+build=${LIRENZA_BUILD_DIR:-$here/build}
+program="$build/src/app/lirenza"
+bash "$here/scripts/install-deps.sh" >/dev/null  # Xvfb, xdotool and ImageMagick's import
+if [ ! -x "$program" ]; then
+  echo "window-shots: $program is not built; run scripts/build.sh first" >&2
+  exit 1
+fi
+
+work=$(mktemp -d)
+xvfb_pid=
+app_pid=
+finish() {
+  local status=$?
+  if [ -n "$app_pid" ]; then kill "$app_pid" 2>/dev/null; wait "$app_pid" 2>/dev/null || true; fi
+  if [ -n "$xvfb_pid" ]; then kill "$xvfb_pid" 2>/dev/null; wait "$xvfb_pid" 2>/dev/null || true; fi
+  rm -rf "$work"
+  exit "$status"
+}
+trap finish EXIT
+
+# Xvfb picks a free display itself and writes its number to the pipe.
+exec {display_fd}<> <(:)
+Xvfb -displayfd "$display_fd" -screen 0 1400x900x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
+xvfb_pid=$!
+read -r -t 10 -u "$display_fd" display_number || { echo "window-shots: Xvfb did not start" >&2; exit 1; }
+export DISPLAY=":$display_number"
+
+mkdir -p "$work/home/run"
+chmod 700 "$work/home/run"
+(cd "$work/home" && HOME="$work/home" XDG_RUNTIME_DIR="$work/home/run" LANG=C.UTF-8 \
+  exec "$program" >"$out/lirenza.log" 2>&1) &
+app_pid=$!
+
+window=$(xdotool search --sync --onlyvisible --name '^Lirenza$' | head -1)
+eval "$(xdotool getwindowgeometry --shell "$window")"  # X, Y, WIDTH, HEIGHT
+echo "window $window at $X,$Y, ${WIDTH}x${HEIGHT} on display $DISPLAY"
+
+shot() {  # shot NAME: the window's pixels as the screen shows them
+  import -window root -crop "${WIDTH}x${HEIGHT}+${X}+${Y}" +repage "$out/$1.png"
+  echo "  $out/$1.png"
+}
+# Window pixels, as the layout places its controls.
+click_at() {  # click_at X Y [BUTTON] [REPEAT]
+  xdotool mousemove "$((X + $1))" "$((Y + $2))" click --repeat "${4:-1}" --delay 90 "${3:-1}"
+}
+
+sleep 0.3
+shot 01-start
+sleep 2  # past the start pause: the sliders, group boxes and score list are shown
+shot 02-after-start-pause
+
+# A melody on the staff (its canvas stands at 120, 60 and is 868 x 140): one double
+# click per note, left to right, rising and falling.
+staff_left=120 staff_top=60
+column=40
+for row in 88 82 76 70 64 70 76 82 88 94; do
+  click_at "$((staff_left + column))" "$((staff_top + row))" 1 2
+  column=$((column + 32))
+  sleep 0.15
+done
+xdotool mousemove "$((X + 600))" "$((Y + 400))"  # off the staff: no hover sound, no highlight
+sleep 0.3
+shot 03-notes-entered
+
+# The menu of the first note, taken while open, then closed with Escape.
+click_at "$((staff_left + 40 + 7))" "$((staff_top + 88))" 3
+sleep 0.5
+import -window root "$out/04-note-menu-screen.png"
+echo "  $out/04-note-menu-screen.png"
+xdotool key Escape
+sleep 0.3
+
+click_at 924 286  # the play button
+for second in 1 2 3; do
+  sleep 0.9
+  shot "05-playing-$second"
+done
+sleep 8  # ten quarter notes are over by now
+shot 06-after-playing
+
+echo "the program said:"
+sed 's/^/  /' "$out/lirenza.log"
