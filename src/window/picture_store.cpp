@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QtGlobal>
+#include <utility>
+#include <vector>
 
 #include "picture_list.h"
 
@@ -29,11 +31,35 @@ bool HasPictures(const QString& folder) {
 
 PictureStore::PictureStore(QString folder) : folder_(std::move(folder)) {}
 
+PictureStore::~PictureStore() {
+  if (reader_.valid()) reader_.wait();
+}
+
+QString PictureStore::FilePath(const QString& name) const {
+  return QDir(folder_).filePath(name + QStringLiteral(".png"));
+}
+
+void PictureStore::ReadAhead(const QStringList& names) {
+  if (reader_.valid()) reader_.wait();  // one reader at a time
+  std::vector<std::pair<QString, std::promise<QImage>>> work;
+  for (const QString& name : names) {
+    if (pictures_.contains(name) || readingAhead_.contains(name)) continue;
+    work.emplace_back(FilePath(name), std::promise<QImage>());
+    readingAhead_.insert(name, work.back().second.get_future().share());
+  }
+  if (work.empty()) return;
+  reader_ = std::async(std::launch::async, [work = std::move(work)]() mutable {
+    for (auto& [path, picture] : work) picture.set_value(QImage(path));
+  });
+}
+
 QImage PictureStore::Picture(const QString& name) {
   auto it = pictures_.find(name);
   if (it != pictures_.end()) return it.value();
-  QString path = QDir(folder_).filePath(name + QStringLiteral(".png"));
-  QImage image(path);
+  QString path = FilePath(name);
+  auto ahead = readingAhead_.find(name);
+  QImage image = ahead == readingAhead_.end() ? QImage(path) : ahead.value().get();
+  if (ahead != readingAhead_.end()) readingAhead_.erase(ahead);
   if (image.isNull()) {
     QString problem = QFileInfo::exists(path)
                           ? QStringLiteral("The picture file %1 cannot be read.").arg(path)

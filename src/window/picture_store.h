@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QString>
 #include <QStringList>
+#include <future>
 
 namespace lirenza {
 
@@ -14,6 +15,15 @@ class PictureStore {
  public:
   // Pictures are read from folder; see DefaultFolder for the usual one.
   explicit PictureStore(QString folder);
+  // Waits for the pictures still being read ahead.
+  ~PictureStore();
+  PictureStore(const PictureStore&) = delete;
+  PictureStore& operator=(const PictureStore&) = delete;
+
+  // Starts reading these pictures, in this order, on a thread of their own: the large
+  // ones a window needs at once decode while it builds its widgets. Picture waits for
+  // one still being read; a file that cannot be read is told when it is asked for.
+  void ReadAhead(const QStringList& names);
 
   // The picture of that name, without ".png". QImage is implicitly shared, so the
   // copy handed out costs no pixels and stays valid however many pictures are
@@ -30,9 +40,13 @@ class PictureStore {
   static QString DefaultFolder();
 
  private:
+  QString FilePath(const QString& name) const;
+
   QString folder_;
   QHash<QString, QImage> pictures_;
   QStringList problems_;
+  QHash<QString, std::shared_future<QImage>> readingAhead_;
+  std::future<void> reader_;
 };
 
 }  // namespace lirenza
