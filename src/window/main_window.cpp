@@ -44,6 +44,10 @@ MainWindow::MainWindow(window::WindowServices services, QWidget* parent)
     : QWidget(parent, Qt::Window | Qt::FramelessWindowHint),
       pictures_(PictureStore::DefaultFolder()),
       services_(window::WithRealServices(std::move(services), this)) {
+  // The largest pictures of the first paint (the violin, the back SetBackPicture(0)
+  // shows, the staff's sheet) decode on their own thread while the controls are made.
+  pictures_.ReadAhead({QStringLiteral("Violin"), QStringLiteral("ViolinBack0"),
+                       QString::fromStdString(state_.staff.sheetPicture)});
   TuneToKey(state_.tuning, state_.staff.keySignature);
   setWindowTitle(ToQString(layout::kWindowTitle));
   setAttribute(Qt::WA_TranslucentBackground);
