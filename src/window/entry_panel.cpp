@@ -12,6 +12,15 @@ using layout::ControlId;
 
 constexpr ControlId kFamilies[] = {ControlId::LengthButton, ControlId::VelocityButton, ControlId::ArticulationButton};
 
+// A chosen length or loudness reads at a glance: its button stays down, dark and sunk,
+// as a bevel button held in does; the toolkit's own checked shade is too faint for it.
+const char* const kBevelLook =
+    "QToolButton { border: 1px solid #8a8a8a; border-radius: 3px;"
+    " background: qlineargradient(x1:0, y1:0, x2:0, y2:1, stop:0 #ffffff, stop:1 #d8d8d8); }"
+    "QToolButton:checked { border-color: #303030;"
+    " background: qlineargradient(x1:0, y1:0, x2:0, y2:1, stop:0 #7c7c7c, stop:1 #a8a8a8); }"
+    "QToolButton:pressed { background: #9a9a9a; }";
+
 // The articulation button whose gate the entry state holds; the start choice when the
 // gate is none of theirs.
 int ArticulationOf(double gate) {
@@ -25,8 +34,10 @@ int ArticulationOf(double gate) {
 EntryPanel::EntryPanel(MainWindow& window) : QObject(&window), window_(window) {
   for (ControlId family : kFamilies)
     for (int i = 0; i < layout::FamilySize(family); ++i)
-      if (auto* button = qobject_cast<QAbstractButton*>(window_.Control(family, i)))
+      if (auto* button = qobject_cast<QAbstractButton*>(window_.Control(family, i))) {
+        if (family != ControlId::ArticulationButton) button->setStyleSheet(QString::fromLatin1(kBevelLook));
         connect(button, &QAbstractButton::clicked, this, [this, family, i] { Choose(family, i); });
+      }
   ShowChoices();
 }
 
