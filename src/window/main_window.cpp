@@ -184,9 +184,12 @@ void MainWindow::EndStartPause() {
   for (const layout::Control& c : layout::AllControls()) {
     QWidget* w = Control(c.ref.id, c.ref.index);
     if (c.visibility == layout::Visibility::AfterStartPause) w->show();
-    // From here on the text fields hold their captions as text.
-    if (c.kind == layout::ControlKind::TextField && !c.caption.empty())
-      static_cast<QLineEdit*>(w)->setText(ToQString(c.caption));
+    // From here on the text fields hold their captions as text, unless a score opened
+    // during the pause (from the command line, say) already gave them its own.
+    if (c.kind == layout::ControlKind::TextField && !c.caption.empty()) {
+      auto* field = static_cast<QLineEdit*>(w);
+      if (field->text().isEmpty()) field->setText(ToQString(c.caption));
+    }
   }
   startPauseOver_ = true;
   emit StartPauseEnded();
