@@ -22,6 +22,14 @@ struct SilentPlayer : NotePlayer {
   void PlayNote(int, int) override {}
 };
 
+// Where no fingerboard is drawn, the finger and string calls still arrive and show
+// nothing, so playback takes the same path with or without a violin on screen.
+struct UndrawnFingerboard : FingerboardView {
+  void ShowFinger(int, int) override {}
+  void HideFinger(int, int) override {}
+  void ShowCleanViolin() override {}
+};
+
 }  // namespace
 
 long long SteadyClock::Ticks() const { return static_cast<long long>(Microseconds() * 60 / 1e6); }
@@ -62,6 +70,8 @@ WindowServices WithRealServices(WindowServices services, QWidget* parent) {
   static SilentPlayer silent;
   for (NotePlayer*& player : services.ports.players)
     if (!player) player = &silent;
+  static UndrawnFingerboard undrawn;
+  if (!services.ports.view) services.ports.view = &undrawn;
   if (!services.clock) services.clock = std::make_shared<SteadyClock>();
   if (!services.confirm) services.confirm = std::make_shared<ToolkitConfirm>(parent);
   if (!services.dialogs) services.dialogs = std::make_shared<ToolkitDialogs>();

@@ -55,7 +55,7 @@ class Dialogs {
 
 // The services the window is handed. Any left empty gets the real one: the system's
 // clock, the toolkit's dialogs and message boxes. ports may hold null players, which
-// stay silent.
+// stay silent, and no fingerboard view, whose calls then draw nothing.
 struct WindowServices {
   SoundPorts ports;
   std::shared_ptr<const Clock> clock;
