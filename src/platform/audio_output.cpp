@@ -3,8 +3,14 @@
 #include <fluidsynth.h>
 
 #include <algorithm>
+#include <chrono>
+#include <condition_variable>
 #include <cstdlib>
 #include <filesystem>
+#include <mutex>
+#include <thread>
+#include <utility>
+#include <vector>
 
 #include "platform/synth.h"
 
@@ -54,7 +60,7 @@ AudioSettings DefaultAudioSettings(const std::string& driver) {
     // The server adds a buffer of its own; two of ours keep the sum short.
     s.periodSize = 256;
     s.periods = 2;
-  } else if (driver == "file") {
+  } else if (driver == "file" || driver == kSilentDriver) {
     // Nobody listens: long periods only save wake-ups.
     s.periodSize = 512;
     s.periods = 2;
@@ -85,11 +91,73 @@ double BufferMilliseconds(const AudioSettings& settings, double sampleRate) {
   return 1000.0 * settings.periodSize * settings.periods / sampleRate;
 }
 
+// Renders into nothing, a period at a time at the pace of a card, from the moment a
+// note is given until no voice sounds; then it sleeps until the next note, so an idle
+// program without sound wakes nobody.
+class SilentSink : public SynthActivity {
+ public:
+  SilentSink(Synth& synth, const AudioSettings& settings)
+      : synth_(synth),
+        frames_(settings.periodSize),
+        period_(std::chrono::duration<double>(settings.periodSize / synth.SampleRate())) {
+    thread_ = std::thread([this] { Run(); });
+    synth_.SetActivity(this);
+  }
+
+  ~SilentSink() override {
+    synth_.SetActivity(nullptr);
+    {
+      std::lock_guard<std::mutex> lock(mutex_);
+      stop_ = true;
+    }
+    woken_.notify_one();
+    thread_.join();
+  }
+
+  void NoteGiven() override {
+    {
+      std::lock_guard<std::mutex> lock(mutex_);
+      noteGiven_ = true;
+    }
+    woken_.notify_one();
+  }
+
+ private:
+  void Run() {
+    std::vector<float> frames(2 * static_cast<std::size_t>(frames_));
+    std::unique_lock<std::mutex> lock(mutex_);
+    for (;;) {
+      woken_.wait(lock, [this] { return noteGiven_ || stop_; });
+      if (stop_) return;
+      auto next = std::chrono::steady_clock::now();
+      // A note given while a period renders keeps the sink going for one more.
+      while (!stop_ && (std::exchange(noteGiven_, false) || synth_.ActiveVoices() > 0)) {
+        lock.unlock();
+        synth_.Render(frames.data(), frames_);
+        next += std::chrono::duration_cast<std::chrono::steady_clock::duration>(period_);
+        std::this_thread::sleep_until(next);
+        lock.lock();
+      }
+    }
+  }
+
+  Synth& synth_;
+  const int frames_;
+  const std::chrono::duration<double> period_;
+  std::mutex mutex_;
+  std::condition_variable woken_;
+  bool noteGiven_ = false;
+  bool stop_ = false;
+  std::thread thread_;
+};
+
+AudioOutput::AudioOutput() = default;
 AudioOutput::~AudioOutput() { Close(); }
 
 void AudioOutput::Close() {
   if (handle_) delete_fluid_audio_driver(handle_);
   handle_ = nullptr;
+  silent_.reset();
   audible_ = false;
 }
 
@@ -137,9 +205,11 @@ void AudioOutput::Open(Synth& synth, const AudioSettings& settings) {
     problem_ = "no sound: the audio output could not be opened (" + names + (failure.empty() ? "" : ": " + failure) +
                "), so Lirenza plays silently";
   }
-  // Driven in real time into /dev/null: the players still take every call at the
-  // pace of a real card, and nothing spins.
-  TryDriver(synth, AudioSettings{"file", 0, 0});
+  // Driven in real time into nothing while a note sounds: the players still take
+  // every call at the pace of a real card, and nothing spins or ticks.
+  settings_ = Completed(AudioSettings{kSilentDriver, 0, 0});
+  driver_ = kSilentDriver;
+  silent_ = std::make_unique<SilentSink>(synth, settings_);
 }
 
 }  // namespace lirenza

@@ -2,7 +2,9 @@
 // The live audio output of the synthesizer. A playing instrument wants a short
 // buffer: 2 to 4 periods of 64 to 256 frames, where Debian's FluidSynth would ask for
 // 16 periods of 64. Without any output (no sound card, no sound server) the synth is
-// driven in real time into /dev/null, so every player keeps taking its calls.
+// driven in real time into nothing while a note sounds, so every player keeps taking
+// its calls, and sleeps while nothing sounds.
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -33,9 +35,14 @@ std::vector<std::string> AudioDriverCandidates();
 // Milliseconds of sound that the driver's buffer holds.
 double BufferMilliseconds(const AudioSettings& settings, double sampleRate);
 
+class SilentSink;
+
+// The name Driver() gives the silent sink.
+inline constexpr const char* kSilentDriver = "silent";
+
 class AudioOutput {
  public:
-  AudioOutput() = default;
+  AudioOutput();
   ~AudioOutput();
   AudioOutput(const AudioOutput&) = delete;
   AudioOutput& operator=(const AudioOutput&) = delete;
@@ -55,6 +62,7 @@ class AudioOutput {
   bool TryDriver(Synth& synth, const AudioSettings& settings);
 
   fluid_audio_driver_t* handle_ = nullptr;
+  std::unique_ptr<SilentSink> silent_;
   bool audible_ = false;
   std::string driver_;
   std::string problem_;

@@ -242,19 +242,31 @@ void Synth::PlayNote(int channel, int pitch, int velocity) {
   int key = KeyOfPitch(pitch);
   if (velocity <= 0) {
     fluid_synth_noteoff(synth_, channel, key);
-    return;
+  } else {
+    if (!drums_[channel]) {
+      // apply = 0: a note already sounding on this key keeps its pitch; only the note
+      // that starts now takes the new one.
+      double cents = TuningCents(pitch);
+      fluid_synth_tune_notes(synth_, 0, channel, 1, &key, &cents, 0);
+    }
+    fluid_synth_noteon(synth_, channel, key, std::min(velocity, 127));
   }
-  if (!drums_[channel]) {
-    // apply = 0: a note already sounding on this key keeps its pitch; only the note
-    // that starts now takes the new one.
-    double cents = TuningCents(pitch);
-    fluid_synth_tune_notes(synth_, 0, channel, 1, &key, &cents, 0);
-  }
-  fluid_synth_noteon(synth_, channel, key, std::min(velocity, 127));
+  TellActivity();
+}
+
+void Synth::TellActivity() {
+  std::lock_guard<std::mutex> lock(activityMutex_);
+  if (activity_) activity_->NoteGiven();
+}
+
+void Synth::SetActivity(SynthActivity* activity) {
+  std::lock_guard<std::mutex> lock(activityMutex_);
+  activity_ = activity;
 }
 
 void Synth::AllNotesOff() {
   for (int ch = 0; ch < kNotePlayers; ++ch) fluid_synth_all_notes_off(synth_, ch);
+  TellActivity();
 }
 
 void Synth::Render(float* interleaved, int frames) {

@@ -38,6 +38,14 @@ struct PresetChoice {
   std::string presetName;
 };
 
+// Told after every note a synthesizer is given, on the thread that gave it: what
+// renders only while something sounds wakes on it.
+class SynthActivity {
+ public:
+  virtual ~SynthActivity() = default;
+  virtual void NoteGiven() = 0;
+};
+
 class Synth {
  public:
   explicit Synth(const SynthOptions& options = {});
@@ -68,6 +76,9 @@ class Synth {
 
   // Interleaved stereo float frames; call only from the thread that renders.
   void Render(float* interleaved, int frames);
+  // Who hears of each note from now on; nullptr for nobody. Once this returns, the
+  // one it replaced is told nothing more.
+  void SetActivity(SynthActivity* activity);
   int ActiveVoices() const;
   double SampleRate() const { return sampleRate_; }
 
@@ -76,6 +87,7 @@ class Synth {
 
  private:
   void ApplyInstrument(int channel, int number);
+  void TellActivity();
 
   fluid_settings_t* settings_ = nullptr;
   fluid_synth_t* synth_ = nullptr;
@@ -85,6 +97,8 @@ class Synth {
   std::array<int, kNotePlayers> wanted_{};
   std::array<std::atomic<bool>, kNotePlayers> drums_{};
   bool levelInstruments_;
+  std::mutex activityMutex_;  // a note being told holds it, so SetActivity can wait for it
+  SynthActivity* activity_ = nullptr;
 };
 
 // The key a pitch sounds on: the nearest one, within MIDI's 0 to 127.
