@@ -52,7 +52,10 @@ StaffHeadPanel::StaffHeadPanel(MainWindow& window) : QObject(&window), window_(w
     auto follow = [this](bool playing) {
       for (bool title : {true, false}) Field(title)->setEnabled(!playing);
     };
-    connect(playMode, &QAbstractButton::toggled, this, follow);
+    // A mode change while a score is read or played leaves the fields as they were.
+    connect(playMode, &QAbstractButton::toggled, this, [this, follow](bool playing) {
+      if (!window_.State().modes.Busy()) follow(playing);
+    });
     follow(playMode->isChecked());
   }
 

@@ -156,6 +156,11 @@ class EntryHeadTest : public QObject {
     QCOMPARE(title->text(), QStringLiteral("荒城の月"));
     QVERIFY(!staff().hasChanges);  // showing the score is no change to it
     QVERIFY(!title->isEnabled());  // play mode takes the keys
+    window->State().modes.playing = true;  // a mode change while playing leaves the fields locked
+    Click(ControlId::ModeButton, 0);
+    QVERIFY(!title->isEnabled());
+    window->State().modes.playing = false;
+    Click(ControlId::ModeButton, 1);
     Click(ControlId::ModeButton, 0);
     QTest::keyClicks(window->Control(ControlId::ComposerField), "!");
     QCOMPARE(QString::fromStdString(staff().comment), QStringLiteral("滝廉太郎!"));
