@@ -93,6 +93,7 @@ void FileCommands::OpenScore() {
   // Opening starts with an empty staff, and a cancelled dialog leaves it so; the notes
   // that were there come back with undo.
   if (state.staff.NoteCount() == 0) return;
+  window_.Staff().ForgetNoteIndexes();
   ScrollToStart();
   ClearStaff(state.staff);
   window_.Staff().update();
@@ -114,6 +115,7 @@ bool FileCommands::LoadScoreFile(const QString& path) {
                         : ReadFailure(path));
     return false;
   }
+  window_.Staff().ForgetNoteIndexes();
   ScrollToStart();
   state.tempoSlider = ApplyScoreFile(state.staff, file);
   TuneToKey(state.tuning, state.staff.keySignature);
@@ -141,6 +143,7 @@ bool FileCommands::SaveScore() {
   if (!path || !Write(*path, text)) return false;
   // Only now that the file is safely on disk does the staff start a new score.
   state.documentPath = *path;
+  window_.Staff().ForgetNoteIndexes();
   ResetAfterSave(state.staff, settings);
   state.tempoSlider = settings.tempoSlider;
   TuneToKey(state.tuning, state.staff.keySignature);

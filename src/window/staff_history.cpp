@@ -128,6 +128,7 @@ void StaffHistory::StartOver() {
 }
 
 void StaffHistory::Restore(const StaffStep& step, bool undo) {
+  window_.Staff().ForgetNoteIndexes();
   const std::vector<Note>& from = undo ? step.after : step.before;
   const std::vector<Note>& to = undo ? step.before : step.after;
   const StaffHeader& header = undo ? step.headerBefore : step.headerAfter;

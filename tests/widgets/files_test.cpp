@@ -153,12 +153,14 @@ class FilesTest : public QObject {
     for (int i = 1; i < states.size(); ++i) QVERIFY2(states[i] != states[i - 1], qPrintable(QString::number(i)));
 
     const QImage edited = window->Staff().grab().toImage();
+    QTest::mouseMove(&window->Staff(), HeadOf(3));  // its hover sound must end when undo takes it away
     for (int i = states.size() - 2; i >= -1; --i) {
       Run(MenuCommand::Undo);
       QCOMPARE(Kept(TheStaff()), states[std::max(i, 0)]);
     }
     QVERIFY(tuned() == inC && tuned() != inD);
     QVERIFY2(!TheStaff().hasChanges, "back at the opened score, nothing is changed");
+    QVERIFY(!sound.players[kScorePlayer].notes.empty() && sound.players[kScorePlayer].StillSounding().empty());
     for (int i = 1; i <= states.size(); ++i) {
       Run(MenuCommand::Redo);
       QCOMPARE(Kept(TheStaff()), states[std::min<int>(i, states.size() - 1)]);
