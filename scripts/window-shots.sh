@@ -2,9 +2,10 @@
 # Screenshots of Lirenza at work, for looking at: starts the program under its own
 # Xvfb with a fresh HOME, takes the window at start and after the start pause, enters
 # a short melody by double clicks on the staff, opens a note's menu, plays the melody
-# and takes the window while it plays and after. The pictures are the window alone,
-# at 100 %, named in the order they were taken (the note menu reaches outside the
-# window: that one is the whole screen).
+# in play mode and in edit mode, and takes the window while it plays and once
+# stopped; then counts the wake-ups of the idle program. The pictures are the window
+# alone, at 100 %, named in the order they were taken (the note menu reaches outside
+# the window: that one is the whole screen).
 #
 # Usage: scripts/window-shots.sh OUTPUT_FOLDER
 #   LIRENZA_BUILD_DIR chooses the build (default: build/); the program must be built.
@@ -88,13 +89,32 @@ echo "  $out/04-note-menu-screen.png"
 xdotool key Escape
 sleep 0.3
 
-click_at 924 286  # the play button
-for second in 1 2 3; do
-  sleep 0.9
-  shot "05-playing-$second"
-done
-sleep 8  # ten quarter notes are over by now
-shot 06-after-playing
+# Play loops the melody until Stop. In play mode the fingerboard follows it; in edit
+# mode the staff lights each note as it sounds.
+play_and_stop() {  # play_and_stop NAME
+  click_at 924 286  # play
+  for second in 1 2 3; do
+    sleep 0.9
+    shot "$1-$second"
+  done
+  click_at 887 286  # stop
+  sleep 0.5
+}
+play_and_stop 05-playing-in-play-mode
+click_at 48 527  # the mode button 編集 (edit)
+sleep 0.3
+play_and_stop 06-playing-in-edit-mode
+click_at 48 505  # back to 演奏 (play)
+xdotool mousemove "$((X + 600))" "$((Y + 400))"
+sleep 1
+shot 07-stopped
+
+# Stopped, in play mode, nothing should tick: context switches of every thread of the
+# program over five idle seconds.
+switches() { cat /proc/"$app_pid"/task/*/status 2>/dev/null | awk '/ctxt_switches/ { n += $2 } END { print n + 0 }'; }
+before=$(switches)
+sleep 5
+echo "wake-ups a second, stopped in play mode: $(( ($(switches) - before) / 5 ))"
 
 echo "the program said:"
 sed 's/^/  /' "$out/lirenza.log"
