@@ -4,8 +4,8 @@
 # a short melody by double clicks on the staff, opens a note's menu, plays the melody
 # in play mode and in edit mode, and takes the window while it plays and once
 # stopped; then counts the wake-ups of the idle program. The pictures are the window
-# alone, at 100 %, named in the order they were taken (the note menu reaches outside
-# the window: that one is the whole screen).
+# alone, at 100 %, named in the order they were taken; those of open menus are the
+# whole screen, as a menu may reach outside the window.
 #
 # Usage: scripts/window-shots.sh OUTPUT_FOLDER
 #   LIRENZA_BUILD_DIR chooses the build (default: build/); the program must be built.
@@ -88,6 +88,18 @@ import -window root "$out/04-note-menu-screen.png"
 echo "  $out/04-note-menu-screen.png"
 xdotool key Escape
 sleep 0.3
+
+# Two menus of the menu bar (its strip stands at 84, 6): the file menu and the long
+# scale menu, each taken open over the whole screen, then closed.
+for menu in "125 file" "245 scales"; do
+  set -- $menu
+  click_at "$1" 17
+  sleep 0.5
+  import -window root "$out/04-menu-$2-screen.png"
+  echo "  $out/04-menu-$2-screen.png"
+  xdotool key Escape
+  sleep 0.3
+done
 
 # Play loops the melody until Stop. In play mode the fingerboard follows it; in edit
 # mode the staff lights each note as it sounds.
