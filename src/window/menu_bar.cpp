@@ -234,7 +234,8 @@ void MenuBar::ChooseScale(int index) {
   if (auto* scroll = qobject_cast<QScrollBar*>(window_.Control(ControlId::StaffScrollBar)))
     scroll->setValue(state.staff.scrollValue);
   window_.Staff().update();
-  window_.NotifyScoreChanged(ScoreChange::Replaced);
+  // A fill is an edit like any other: undo brings back the score it replaced.
+  window_.NotifyScoreChanged(ScoreChange::Edited);
 }
 
 void MenuBar::RunBarCommand(int index) {

@@ -18,7 +18,7 @@ enum class MenuCommand {
 // What happened to the score, for the panels that show it.
 enum class ScoreChange {
   Edited,    // notes or signatures changed by the user: undo keeps it, the score is changed
-  Replaced,  // a score was opened or the staff was filled anew: undo starts over
+  Replaced,  // a score was opened: undo starts over
   Restored,  // undo or redo put an earlier staff back
   Saved,     // written to disk: the score is no longer changed
 };

@@ -195,7 +195,7 @@ class MenuBarTest : public QObject {
     QCOMPARE(tokens.join(' '), QString::fromUtf8(kScaleLines[9].line.data(), kScaleLines[9].line.size()));
     QCOMPARE(static_cast<QLineEdit*>(window->Control(ControlId::TitleField))->text(), "メジャーペンタトニック(螢の光)スケール");
     QCOMPARE(changes.count(), 1);
-    QCOMPARE(changes[0][0].value<window::ScoreChange>(), window::ScoreChange::Replaced);
+    QCOMPARE(changes[0][0].value<window::ScoreChange>(), window::ScoreChange::Edited);
     QCOMPARE(Checked("スケール"), QStringList({"メジャーペンタトニック(螢の光)"}));
     // While the score plays the menu does nothing, not even move its mark.
     window->State().modes.playing = true;
