@@ -93,10 +93,7 @@ void StaffHistory::Follow(ScoreChange change) {
 }
 
 void StaffHistory::Record() {
-  Staff& staff = window_.State().staff;
-  // The next paint spells the tokens of the notes in view from their fields; the step
-  // keeps them as they will be shown.
-  RespellNotesInView(staff);
+  const Staff& staff = window_.State().staff;
   const int scroll = staff.appliedScroll;
   const int now = staff.NoteCount();
   const int kept = static_cast<int>(present_.notes.size());

@@ -169,11 +169,13 @@ class FilesTest : public QObject {
     QCOMPARE(bar->value(), kBarWidth);
     QCOMPARE(window->Staff().grab().toImage(), edited);
 
-    // A cancelled open leaves the staff empty, and undo brings the melody back.
-    Run(MenuCommand::OpenScore);
-    QCOMPARE(TheStaff().NoteCount(), 0);
-    Run(MenuCommand::Undo);
-    QCOMPARE(Kept(TheStaff()), states.last());
+    // A scale fills the staff anew and a cancelled open leaves it empty; undo brings the melody back.
+    for (bool byScale : {true, false}) {
+      byScale ? void(window->RunMenuCommand(MenuCommand::Scale, 9)) : Run(MenuCommand::OpenScore);
+      QCOMPARE(TheStaff().NoteCount() > 0, byScale);
+      Run(MenuCommand::Undo);
+      QCOMPARE(Kept(TheStaff()), states.last());
+    }
 
     dialogs->answers << Path("melody.note");
     Run(MenuCommand::SaveScore);
