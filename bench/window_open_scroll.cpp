@@ -1,7 +1,8 @@
 // The window with a large score: opening a 10 000-note file through the open menu
 // command until the staff has painted it, and one step of the scroll bar under a dense
 // staff (some 900 notes in view) until the staff has painted the new bars. The real
-// main window runs offscreen with silent players and a dialog that names the file.
+// main window runs offscreen with silent players and a dialog that names the file
+// (QT_QPA_PLATFORM=xcb runs it on an X server instead, paints sent to the server).
 // Prints medians beside the targets; timings on a shared machine are noisy, so it
 // never fails on time, only when the window did not do what is timed.
 #include <QAbstractSlider>
