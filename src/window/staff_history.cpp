@@ -128,32 +128,49 @@ void StaffHistory::Restore(const StaffStep& step, bool undo) {
   window_.Staff().ForgetNoteIndexes();
   const std::vector<Note>& from = undo ? step.after : step.before;
   const std::vector<Note>& to = undo ? step.before : step.after;
-  const StaffHeader& header = undo ? step.headerBefore : step.headerAfter;
 
   auto keptFirst = present_.notes.begin() + step.first;
   present_.notes.erase(keptFirst, keptFirst + static_cast<std::ptrdiff_t>(from.size()));
   present_.notes.insert(present_.notes.begin() + step.first, to.begin(), to.end());
-  present_.header = header;
 
   // Only the changed stretch is written back, so the notes around it keep what they
   // hold on screen (a hover sound, a highlight).
   Staff& staff = window_.State().staff;
   const int scroll = staff.appliedScroll;
-  auto first = staff.notes.begin() + 1 + step.first;
-  staff.notes.erase(first, first + std::min<std::ptrdiff_t>(static_cast<std::ptrdiff_t>(from.size()),
-                                                            staff.notes.end() - first));
+  const auto first = std::min<std::ptrdiff_t>(1 + step.first, staff.notes.end() - staff.notes.begin());
+  staff.notes.erase(staff.notes.begin() + first,
+                    staff.notes.begin() + std::min<std::ptrdiff_t>(first + from.size(), staff.notes.size()));
   std::vector<Note> placed(to);
   for (Note& note : placed) note.left -= scroll;
-  staff.notes.insert(staff.notes.begin() + 1 + step.first, placed.begin(), placed.end());
-  staff.keySignature = header.keySignature;
-  staff.timeSignature = header.timeSignature;
-  staff.keySignaturePicture = header.keySignaturePicture;
-  staff.timeSignaturePicture = header.timeSignaturePicture;
-  staff.sheetPicture = header.sheetPicture;
-  staff.title = header.title;
-  staff.comment = header.comment;
-  staff.entryLeft = header.entryLeft - scroll;
-  staff.entryTop = header.entryTop;
+  staff.notes.insert(staff.notes.begin() + first, placed.begin(), placed.end());
+
+  // Of the rest, only what the step changed goes back: a title typed since, which no
+  // step holds yet, stays as typed.
+  const StaffHeader& was = undo ? step.headerAfter : step.headerBefore;
+  const StaffHeader& becomes = undo ? step.headerBefore : step.headerAfter;
+  StaffHeader now = HeaderOf(staff);
+  auto take = [](auto& field, const auto& stepWas, const auto& stepBecomes) {
+    if (stepWas != stepBecomes) field = stepBecomes;
+  };
+  take(now.keySignature, was.keySignature, becomes.keySignature);
+  take(now.timeSignature, was.timeSignature, becomes.timeSignature);
+  take(now.keySignaturePicture, was.keySignaturePicture, becomes.keySignaturePicture);
+  take(now.timeSignaturePicture, was.timeSignaturePicture, becomes.timeSignaturePicture);
+  take(now.sheetPicture, was.sheetPicture, becomes.sheetPicture);
+  take(now.title, was.title, becomes.title);
+  take(now.comment, was.comment, becomes.comment);
+  take(now.entryLeft, was.entryLeft, becomes.entryLeft);
+  take(now.entryTop, was.entryTop, becomes.entryTop);
+  staff.keySignature = now.keySignature;
+  staff.timeSignature = now.timeSignature;
+  staff.keySignaturePicture = now.keySignaturePicture;
+  staff.timeSignaturePicture = now.timeSignaturePicture;
+  staff.sheetPicture = now.sheetPicture;
+  staff.title = now.title;
+  staff.comment = now.comment;
+  staff.entryLeft = now.entryLeft - scroll;
+  staff.entryTop = now.entryTop;
+  present_.header = now;
   restored_ = true;
 }
 

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QDropEvent>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
 #include <QScrollBar>
@@ -198,10 +199,18 @@ class FilesTest : public QObject {
     QVERIFY2(reading.count > 0, "the reading label never showed");
     QVERIFY(!window->State().modes.loading && !window->Control(ControlId::LoadingLabel)->isVisible());
 
+    // A title typed after the last step stays when that step is undone.
+    DoubleClick({400, 58});
+    static_cast<QLineEdit*>(window->Control(ControlId::TitleField))->setText("新しい題");
+    Run(MenuCommand::Undo);
+    QCOMPARE(Kept(TheStaff()).mid(1), states.last().mid(1));
+    QCOMPARE(TheStaff().title, "新しい題");
+
     // The MIDI file plays the notes in time order, each held for the gate's share of its step.
+    const QStringList exported = Kept(TheStaff());
     dialogs->answers << Path("melody.mid");
     Run(MenuCommand::SaveMidi);
-    QCOMPARE(Kept(TheStaff()), states.last());
+    QCOMPARE(Kept(TheStaff()), exported);
     const std::string midi = Slurp(Path("melody.mid"));
     const testing::Decoded decoded = testing::Decode(testing::Bytes(midi.begin(), midi.end()));
     QVERIFY2(decoded.ok, decoded.error.c_str());
