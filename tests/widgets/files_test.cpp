@@ -14,12 +14,12 @@
 #include <fstream>
 #include <random>
 
-#include "editor/key_time.h"
 #include "files/file_io.h"
 #include "files/score_file.h"
 #include "files/strict_midi_reader.h"
 #include "violin/fakes.h"
 #include "window/main_window.h"
+#include "window/staff_head_panel.h"
 #include "window/staff_view.h"
 
 using namespace lirenza;
@@ -147,8 +147,12 @@ class FilesTest : public QObject {
     const auto inC = tuned();
     auto* bar = qobject_cast<QScrollBar*>(window->Control(ControlId::StaffScrollBar));
     bar->setValue(kBarWidth);
-    QVERIFY(ChooseKey(TheStaff(), window->State().tuning, window->State().modes, 2));
-    window->NotifyScoreChanged(window::ScoreChange::Edited);
+    QTest::mousePress(window->Control(ControlId::KeySignature), Qt::LeftButton);  // the key menu: D major
+    auto* keyMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    QVERIFY(keyMenu);
+    keyMenu->close();
+    for (QAction* action : keyMenu->actions())
+      if (window::StaffHeadPanel::ItemOf(action) == 2) action->trigger();
     const auto inD = tuned();
     states << Kept(TheStaff());
     for (int i = 1; i < states.size(); ++i) QVERIFY2(states[i] != states[i - 1], qPrintable(QString::number(i)));
