@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QDropEvent>
+#include <QFile>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMimeData>
@@ -104,7 +105,7 @@ bool FileCommands::LoadScoreFile(const QString& path) {
   WindowState& state = window_.State();
   ShowReading(true);
   std::string error;
-  const std::optional<std::string> bytes = ReadWholeFile(path.toStdString(), &error);
+  const std::optional<std::string> bytes = ReadWholeFile(QFile::encodeName(path).toStdString(), &error);
   ScoreReadReport report;
   ScoreFile file;
   if (bytes) file = ParseScoreFile(*bytes, &report);
@@ -171,7 +172,7 @@ void FileCommands::OpenDocument(const QString& path) {
 bool FileCommands::Write(const QString& path, const std::string& bytes) {
   std::string error;
   int errorNumber = 0;
-  if (WriteFileAtomically(path.toStdString(), bytes, &error, &errorNumber)) return true;
+  if (WriteFileAtomically(QFile::encodeName(path).toStdString(), bytes, &error, &errorNumber)) return true;
   window_.Services().dialogs->Tell(&window_, WriteFailure(path, errorNumber));
   return false;
 }
