@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
+#include <QScopeGuard>
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -252,12 +253,17 @@ class FilesTest : public QObject {
     QFile(dir->path()).setPermissions(QFile::permissions(dir->path()) | QFile::ExeOther);
     const bool asNobody = !fullDisk && ::geteuid() == 0;
     fullDisk ? SimulateFullDisk(true) : void(QFile(folder).setPermissions(QFile::ReadOwner | QFile::ExeOwner | QFile::ExeOther));
-    if (asNobody) QVERIFY(::seteuid(65534) == 0);
-    Run(MenuCommand::SaveScore);
-    Run(MenuCommand::SaveMidi);
-    const bool closed = window->close();  // asks, saves, fails
-    if (asNobody) QVERIFY(::seteuid(0) == 0);
-    SimulateFullDisk(false);
+    bool closed = true;
+    {
+      if (asNobody) QVERIFY(::seteuid(65534) == 0);
+      const auto restore = qScopeGuard([asNobody] {
+        if (asNobody && ::seteuid(0) != 0) qFatal("cannot become root again");
+        SimulateFullDisk(false);
+      });
+      Run(MenuCommand::SaveScore);
+      Run(MenuCommand::SaveMidi);
+      closed = window->close();  // asks, saves, fails
+    }
 
     QVERIFY2(!closed && window->isVisible(), "closing went on although the save failed");
     QCOMPARE(Kept(TheStaff()), before);
