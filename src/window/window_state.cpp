@@ -43,12 +43,28 @@ std::optional<QString> ToolkitDialogs::OpenScorePath(QWidget* parent) {
   return Given(QFileDialog::getOpenFileName(parent, QString(), QString(), kScoreFilter));
 }
 
+namespace {
+
+// A name typed without an ending gets the file type's, and the dialog asks before
+// replacing the file of that full name, not of the name as typed.
+std::optional<QString> SavePath(QWidget* parent, const QString& suggested, const QString& filter,
+                                const QString& suffix) {
+  QFileDialog dialog(parent, QString(), suggested, filter);
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix(suffix);
+  if (!suggested.isEmpty()) dialog.selectFile(suggested);
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+  return Given(dialog.selectedFiles().first());
+}
+
+}  // namespace
+
 std::optional<QString> ToolkitDialogs::SaveScorePath(QWidget* parent, const QString& suggested) {
-  return Given(QFileDialog::getSaveFileName(parent, QString(), suggested, kScoreFilter));
+  return SavePath(parent, suggested, kScoreFilter, QStringLiteral("note"));
 }
 
 std::optional<QString> ToolkitDialogs::SaveMidiPath(QWidget* parent, const QString& suggested) {
-  return Given(QFileDialog::getSaveFileName(parent, QString(), suggested, kMidiFilter));
+  return SavePath(parent, suggested, kMidiFilter, QStringLiteral("mid"));
 }
 
 void ToolkitDialogs::Tell(QWidget* parent, const QString& sentence) {
