@@ -135,7 +135,9 @@ class MainWindowTest : public QObject {
     QFETCH(int, answer);
     auto question = std::make_shared<FakeQuestion>();
     question->answer = CloseQuestion::Answer(answer);
-    MainWindow window(window::WindowServices{.closeQuestion = question});
+    window::WindowServices services;
+    services.closeQuestion = question;
+    MainWindow window(services);
     int saves = 0;
     window.SetSaveAction([&] { return ++saves > 0; });
     window.State().staff.hasChanges = unsaved;

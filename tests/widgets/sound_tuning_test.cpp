@@ -93,7 +93,7 @@ class SoundTuningTest : public QObject {
   void init() {
     sound.log.clear();
     dialogs = std::make_shared<SaveHere>();
-    window = std::make_unique<MainWindow>(window::WindowServices{.ports = sound.ports, .dialogs = dialogs});
+    window = std::make_unique<MainWindow>(window::WindowServices{sound.ports, {}, {}, dialogs, {}});
     window->show();
     QVERIFY(QTest::qWaitForWindowExposed(window.get()));
   }
