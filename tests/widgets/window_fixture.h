@@ -1,0 +1,132 @@
+#pragma once
+// The real main window on fake services, and the hands and eyes the widget tests use
+// on it: clicks on controls and on the staff, menus answered by their items' own
+// identifiers, and the ink a grab shows in a box.
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMenu>
+#include <QPaintEvent>
+#include <QTimer>
+#include <QtTest>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "violin/fakes.h"
+#include "window/control_factory.h"
+#include "window/main_window.h"
+#include "window/staff_view.h"
+
+namespace lirenza::testing {
+
+// The file dialogs answer the paths queued in answers, in turn (none left: cancelled),
+// and keep the names they suggested and every sentence told.
+struct FakeDialogs : window::Dialogs {
+  QStringList answers, suggested, told;
+  std::optional<QString> Next() { return answers.isEmpty() ? std::nullopt : std::optional(answers.takeFirst()); }
+  std::optional<QString> OpenScorePath(QWidget*) override { return Next(); }
+  std::optional<QString> SaveScorePath(QWidget*, const QString& name) override { return suggested << name, Next(); }
+  std::optional<QString> SaveMidiPath(QWidget*, const QString& name) override { return suggested << name, Next(); }
+  void Tell(QWidget*, const QString& sentence) override { told << sentence; }
+};
+
+struct FakeCloseQuestion : CloseQuestion {
+  Answer answer = Answer::DontSave;
+  int asked = 0;
+  QStringList texts;  // message, explanation and the two captions last asked with
+  Answer Ask(QWidget*, const QString& message, const QString& explanation, const QString& save,
+             const QString& dontSave) override {
+    return ++asked, texts = {message, explanation, save, dontSave}, answer;
+  }
+};
+
+// The region a widget was painted over since painted was last emptied.
+struct PaintedRegion : QObject {
+  QRegion painted;
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Paint) painted += static_cast<QPaintEvent*>(event)->region();
+    return false;
+  }
+};
+
+inline QImage Grab(QWidget* widget) { return widget->grab().toImage().convertToFormat(QImage::Format_RGB32); }
+
+// Dark pixels in a box: notes and figures are ink, the sheet's lines are grey.
+inline int Ink(const QImage& image, QRect box) {
+  int n = 0;
+  for (int y = box.top(); y <= box.bottom(); ++y)
+    for (int x = box.left(); x <= box.right(); ++x) n += image.rect().contains(x, y) && qGray(image.pixel(x, y)) < 90;
+  return n;
+}
+
+// Chooses, in the menu that open() pops up, the first item (submenus included) that
+// wanted() accepts, with the keyboard as a user could; with none, the menu closes
+// unanswered. Whether an item was chosen.
+inline bool ChooseFromMenu(const std::function<void()>& open, const std::function<bool(const QAction*)>& wanted) {
+  bool chosen = false, done = false;
+  QTimer::singleShot(0, [&] {
+    done = true;
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    for (QAction* part : menu ? menu->actions() : QList<QAction*>()) {
+      QMenu* sub = part->menu();
+      for (QAction* item : sub ? sub->actions() : QList<QAction*>{part}) {
+        if (item->isSeparator() || !wanted(item)) continue;
+        menu->setActiveAction(part);
+        if (sub) sub->setActiveAction(item);
+        QTest::keyClick(sub ? sub : menu, Qt::Key_Return);
+        chosen = true;
+        return;
+      }
+    }
+    if (menu) menu->close();
+  });
+  open();
+  if (!QTest::qWaitFor([&] { return done; }, 2000)) qWarning("no menu came up");
+  return chosen;
+}
+
+// A test's window, made anew for each test on fresh fakes and shown.
+class WindowTest : public QObject {
+ protected:
+  std::unique_ptr<FakeSound> sound;
+  std::shared_ptr<FakeClock> clock;
+  std::shared_ptr<FakeConfirm> confirm;
+  std::shared_ptr<FakeDialogs> dialogs;
+  std::shared_ptr<FakeCloseQuestion> closeQuestion;
+  std::unique_ptr<MainWindow> window;
+
+  void MakeWindow() {
+    window.reset();  // it holds the old fakes
+    sound = std::make_unique<FakeSound>();
+    clock = std::make_shared<FakeClock>();
+    confirm = std::make_shared<FakeConfirm>();
+    dialogs = std::make_shared<FakeDialogs>();
+    closeQuestion = std::make_shared<FakeCloseQuestion>();
+    window = std::make_unique<MainWindow>(window::WindowServices{sound->ports, clock, confirm, dialogs, closeQuestion});
+    window->show();
+    QVERIFY(QTest::qWaitForWindowActive(window.get()));
+  }
+
+  Staff& TheStaff() { return window->State().staff; }
+  window::StaffView& View() { return window->Staff(); }
+  template <typename Widget = QWidget>
+  Widget* Get(layout::ControlId id, int index = 0) { return static_cast<Widget*>(window->Control(id, index)); }
+  void Click(layout::ControlId id, int index = 0) { QTest::mouseClick(Get(id, index), Qt::LeftButton); }
+  bool Checked(layout::ControlId id, int index) { return Get<QAbstractButton>(id, index)->isChecked(); }
+  void ClickStaff(QPoint at, Qt::MouseButton button = Qt::LeftButton) { QTest::mouseClick(&View(), button, {}, at); }
+  // Far in time from any earlier click, so the first click is no second one.
+  void DoubleClickStaff(QPoint at) {
+    clock->now += 1e6;
+    ClickStaff(at), ClickStaff(at);
+  }
+  // A right click, far from any earlier click, answered with the item wanted accepts.
+  bool ChooseOnStaff(QPoint at, const std::function<bool(const QAction*)>& wanted) {
+    clock->now += 1e6;
+    return ChooseFromMenu([&] { ClickStaff(at, Qt::RightButton); }, wanted);
+  }
+  bool ChooseOnControl(layout::ControlId id, const std::function<bool(const QAction*)>& wanted) {
+    return ChooseFromMenu([&] { QTest::mousePress(Get(id), Qt::LeftButton); }, wanted);
+  }
+};
+
+}  // namespace lirenza::testing
