@@ -1,17 +1,11 @@
 // The main window's frame against its layout table and its rules: a control at the
 // wrong place or hidden at the wrong time, a caption cut off by our wider fonts, or a
 // close that loses changes without asking would all show on screen.
-#include <QAbstractButton>
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMouseEvent>
-#include <QtTest>
 
 #include "picture_list.h"
-#include "window/control_factory.h"
-#include "window/main_window.h"
-#include "window/picture_canvas.h"
+#include "window_fixture.h"
 
 using namespace lirenza;
 using layout::Control;
@@ -22,29 +16,10 @@ namespace {
 
 QString Name(const Control& c) { return QStringLiteral("%1(%2)").arg(ToQString(layout::IdName(c.ref.id))).arg(c.ref.index); }
 
-struct FakeQuestion : CloseQuestion {
-  Answer answer = Answer::Cancel;
-  int asked = 0;
-  QStringList texts;
-  Answer Ask(QWidget*, const QString& message, const QString& explanation, const QString& save,
-             const QString& dontSave) override {
-    ++asked;
-    texts = {message, explanation, save, dontSave};
-    return answer;
-  }
-};
-
-// Hidden by its own row or by one of its parents' rows.
-bool HiddenForGood(const Control& c) {
+// Marked so by its own row or by one of its parents' rows.
+bool Marked(const Control& c, Visibility visibility) {
   for (const Control* row = &c;; row = &layout::ControlAt(row->parent)) {
-    if (row->visibility == Visibility::Hidden) return true;
-    if (row->parent == ControlId::Window) return false;
-  }
-}
-
-bool WaitsForPause(const Control& c) {
-  for (const Control* row = &c;; row = &layout::ControlAt(row->parent)) {
-    if (row->visibility == Visibility::AfterStartPause) return true;
+    if (row->visibility == visibility) return true;
     if (row->parent == ControlId::Window) return false;
   }
 }
@@ -56,12 +31,14 @@ void SendMouse(QWidget* w, QEvent::Type type, QPoint local, Qt::MouseButtons hel
 
 }  // namespace
 
-class MainWindowTest : public QObject {
+class MainWindowTest : public testing::WindowTest {
   Q_OBJECT
 
  private slots:
+  void init() { MakeWindow(); }
+
   void everyControlStandsAtItsPlaceUnderItsParent() {
-    MainWindow window;
+    MainWindow& window = *this->window;
     QCOMPARE(window.size(), QSize(layout::kWindowWidth, layout::kWindowHeight));
     QCOMPARE(window.minimumSize(), window.maximumSize());  // it cannot be resized
     QVERIFY(window.windowFlags() & Qt::FramelessWindowHint);
@@ -79,12 +56,10 @@ class MainWindowTest : public QObject {
   }
 
   void startPauseRevealsExactlyTheMarkedControls() {
-    MainWindow window;
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    MainWindow& window = *this->window;
     auto check = [&](bool pauseOver) {
       for (const Control& c : layout::AllControls()) {
-        const bool shown = !HiddenForGood(c) && (pauseOver || !WaitsForPause(c));
+        const bool shown = !Marked(c, Visibility::Hidden) && (pauseOver || !Marked(c, Visibility::AfterStartPause));
         QVERIFY2(window.Control(c.ref.id, c.ref.index)->isVisible() == shown,
                  qPrintable(Name(c) + (pauseOver ? " after" : " before") + " the pause"));
       }
@@ -101,9 +76,8 @@ class MainWindowTest : public QObject {
   }
 
   void noCaptionIsWiderThanItsLabelAndNoneShrinksWithoutNeed() {
-    MainWindow window;
     for (const Control& c : layout::AllControls()) {
-      auto* label = qobject_cast<QLabel*>(window.Control(c.ref.id, c.ref.index));
+      auto* label = qobject_cast<QLabel*>(Get(c.ref.id, c.ref.index));
       if (!label || c.caption.empty()) continue;
       const QString text = ToQString(c.caption);
       QVERIFY2(QFontMetrics(label->font()).horizontalAdvance(text) <= c.place.width, qPrintable(Name(c)));
@@ -133,56 +107,40 @@ class MainWindowTest : public QObject {
   void closeAsksOnlyOverUnsavedChanges() {
     QFETCH(bool, unsaved);
     QFETCH(int, answer);
-    auto question = std::make_shared<FakeQuestion>();
-    question->answer = CloseQuestion::Answer(answer);
-    window::WindowServices services;
-    services.closeQuestion = question;
-    MainWindow window(services);
+    closeQuestion->answer = CloseQuestion::Answer(answer);
     int saves = 0;
-    window.SetSaveAction([&] { return ++saves > 0; });
-    window.State().staff.hasChanges = unsaved;
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    // Through the drawn close button, as the user closes it.
-    QTest::mouseClick(window.Control(ControlId::WindowButton, 0), Qt::LeftButton);
-    QTEST(question->asked == 1, "asked");
+    window->SetSaveAction([&] { return ++saves > 0; });
+    TheStaff().hasChanges = unsaved;
+    Click(ControlId::WindowButton, 0);  // the drawn close button, as the user closes it
+    QTEST(closeQuestion->asked == 1, "asked");
     QTEST(saves == 1, "saved");
-    QTEST(!window.isVisible(), "closed");
-    if (question->asked)
-      QCOMPARE(question->texts, QStringList({QStringLiteral("アプリを閉じる前に、変更した楽譜を保存しますか？"),
+    QTEST(!window->isVisible(), "closed");
+    if (closeQuestion->asked)
+      QCOMPARE(closeQuestion->texts, QStringList({QStringLiteral("アプリを閉じる前に、変更した楽譜を保存しますか？"),
                                              QStringLiteral("保存しない場合は、変更した部分は破棄されます。 "),
                                              QStringLiteral("保存"), QStringLiteral("保存しない")}));
   }
 
+  // A slow second press leaves the window; a quick one minimises it.
   void bodyDragsTheWindowAndAQuickSecondPressMinimisesIt() {
-    MainWindow window;
+    MainWindow& window = *this->window;
     window.move(40, 30);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
     const QPoint start = window.pos();
     SendMouse(&window, QEvent::MouseButtonPress, {600, 740}, Qt::LeftButton);
     SendMouse(&window, QEvent::MouseMove, {625, 730}, Qt::LeftButton);
     SendMouse(&window, QEvent::MouseButtonRelease, {625, 730}, Qt::NoButton);
     QCOMPARE(window.pos(), start + QPoint(25, -10));
+    QTest::qWait(MainWindow::kDoublePressMs + 50);
+    SendMouse(&window, QEvent::MouseButtonPress, {625, 730}, Qt::LeftButton);
+    SendMouse(&window, QEvent::MouseButtonRelease, {625, 730}, Qt::NoButton);
     QVERIFY(!window.isMinimized());
     SendMouse(&window, QEvent::MouseButtonPress, {625, 730}, Qt::LeftButton);
     QTRY_VERIFY(window.isMinimized());
   }
 
-  void slowSecondPressDoesNotMinimise() {
-    MainWindow window;
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    SendMouse(&window, QEvent::MouseButtonPress, {600, 740}, Qt::LeftButton);
-    SendMouse(&window, QEvent::MouseButtonRelease, {600, 740}, Qt::NoButton);
-    QTest::qWait(MainWindow::kDoublePressMs + 50);
-    SendMouse(&window, QEvent::MouseButtonPress, {600, 740}, Qt::LeftButton);
-    QVERIFY(!window.isMinimized());
-  }
-
   void backButtonStepsThroughTheTwelvePictures() {
-    MainWindow window;
-    auto* name = static_cast<QLabel*>(window.Control(ControlId::PlayerNameLabel));
+    MainWindow& window = *this->window;
+    auto* name = Get<QLabel>(ControlId::PlayerNameLabel);
     QCOMPARE(name->text(), ToQString(pictures::kPortraitNames[0]));
     window.SetBackPicture(MainWindow::kBackPictureCount - 1);
     QTest::mouseClick(window.Control(ControlId::BackPictureButton), Qt::LeftButton);
