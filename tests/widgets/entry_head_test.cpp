@@ -1,75 +1,45 @@
 // The entry buttons and the staff head driven through the real window: a choice must
 // reach the next note, and the key and time menus must change the score, its tuning and
 // what the head and the staff show exactly as the editor does on its own.
-#include <QAbstractButton>
 #include <QLineEdit>
-#include <QMenu>
-#include <QPaintEvent>
 #include <QSignalSpy>
-#include <QtTest>
 
 #include "editor/key_time.h"
 #include "files/score_file.h"
-#include "violin/fakes.h"
-#include "window/main_window.h"
 #include "window/staff_head_panel.h"
-#include "window/staff_view.h"
+#include "window_fixture.h"
 
 using namespace lirenza;
 using layout::ControlId;
 
-struct PaintedRegion : QObject {
-  QRegion painted;
-  bool eventFilter(QObject*, QEvent* e) override {
-    if (e->type() == QEvent::Paint) painted += static_cast<QPaintEvent*>(e)->region();
-    return false;
-  }
-};
-
-class EntryHeadTest : public QObject {
+class EntryHeadTest : public testing::WindowTest {
   Q_OBJECT
 
-  testing::FakeSound sound;
-  std::shared_ptr<testing::FakeClock> clock;
-  std::unique_ptr<MainWindow> window;
-  PaintedRegion staffPaints;
+  testing::PaintedRegion staffPaints;
 
-  Staff& staff() { return window->State().staff; }
-  QImage Grab(ControlId id) { return window->Control(id)->grab().toImage(); }
-  void Click(ControlId id, int index = 0) { QTest::mouseClick(window->Control(id, index), Qt::LeftButton); }
-  bool Checked(ControlId id, int i) { return static_cast<QAbstractButton*>(window->Control(id, i))->isChecked(); }
-  void DoubleClick(QPoint p) {
-    clock->now += 1e6;  // far from any earlier click
-    for (int i = 0; i < 2; ++i) QTest::mouseClick(&window->Staff(), Qt::LeftButton, {}, p);
-  }
-  // Presses a signature and chooses from the menu that opens (-1: its title), once the
+  QImage Shot(ControlId id) { return testing::Grab(Get(id)); }
+  // Presses a signature and chooses item from the menu that opens (-1: its title), once the
   // menu is gone and the staff under it painted again: later paints are the choice's.
   void Choose(ControlId signature, int item) {
-    QTest::mousePress(window->Control(signature), Qt::LeftButton);
+    QTest::mousePress(Get(signature), Qt::LeftButton);
     auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     QVERIFY(menu);
     menu->close();
     QTest::qWait(50);
     staffPaints.painted = QRegion();
-    for (QAction* action : menu->actions())
-      if (!action->isSeparator() && window::StaffHeadPanel::ItemOf(action) == item) action->trigger();
+    testing::FindItem(*menu, [item](const QAction* a) { return window::StaffHeadPanel::ItemOf(a) == item; }).second->trigger();
   }
   // Notes high and low, and a rest.
   void EnterMelody() {
-    for (QPoint p : {QPoint(40, 30), QPoint(200, 58), QPoint(330, 70), QPoint(500, 130)}) DoubleClick(p);
+    for (QPoint p : {QPoint(40, 30), QPoint(200, 58), QPoint(330, 70), QPoint(500, 130)}) DoubleClickStaff(p);
     Click(ControlId::LengthButton, 24);
-    DoubleClick({650, 60});
+    DoubleClickStaff({650, 60});
   }
 
  private slots:
   void init() {
-    clock = std::make_shared<testing::FakeClock>();
-    window::WindowServices services;
-    services.ports = sound.ports, services.clock = clock;
-    window = std::make_unique<MainWindow>(services);
-    window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
-    window->Staff().installEventFilter(&staffPaints);
+    MakeWindow();
+    View().installEventFilter(&staffPaints);
   }
 
   void buttonsChooseWhatTheNextNoteIs_data() {
@@ -89,14 +59,14 @@ class EntryHeadTest : public QObject {
                                                 {ControlId::VelocityButton, loudness},
                                                 {ControlId::ArticulationButton, articulation}};
     for (auto [family, index] : chosen) Click(family, index), Click(family, index);  // pressed again, it stays down
-    DoubleClick({200, 58});
-    QTEST(QString::fromStdString(staff().notes.back().velocityDigit + staff().notes.back().durationDigit), "digits");
+    DoubleClickStaff({200, 58});
+    QTEST(QString::fromStdString(TheStaff().notes.back().velocityDigit + TheStaff().notes.back().durationDigit), "digits");
     QCOMPARE(window->State().entry.gate, kArticulationGates[articulation]);
     for (auto [family, index] : chosen)
       for (int i = 0; i < layout::FamilySize(family); ++i) QCOMPARE(Checked(family, i), i == index);
     Click(ControlId::StaffEnd);  // the repeat bar is a first click: one more enters a note
-    QTest::mouseClick(&window->Staff(), Qt::LeftButton, {}, {400, 58});
-    QCOMPARE(staff().NoteCount(), 2);
+    ClickStaff({400, 58});
+    QCOMPARE(TheStaff().NoteCount(), 2);
   }
 
   void menuItemsChangeTheScoreAsTheEditorDoes_data() {
@@ -116,25 +86,25 @@ class EntryHeadTest : public QObject {
     QFETCH(bool, busy);
     EnterMelody();
     window->State().modes.playing = busy;
-    Staff expected = staff();
+    Staff expected = TheStaff();
     TuningTables expectedTuning = window->State().tuning;
     if (item >= 0) key ? ChooseKey(expected, expectedTuning, window->State().modes, item)
                        : ChooseTime(expected, window->State().modes, item);
-    const bool changed = expected.notes != staff().notes || expected.keySignature != staff().keySignature ||
-                         expected.timeSignature != staff().timeSignature;
+    const bool changed = expected.notes != TheStaff().notes || expected.keySignature != TheStaff().keySignature ||
+                         expected.timeSignature != TheStaff().timeSignature;
     const ControlId head = key ? ControlId::KeySignature : ControlId::TimeSignature;
-    const QImage headBefore = Grab(head), sheet = Grab(ControlId::StaffCanvas);
+    const QImage headBefore = Shot(head), sheet = Shot(ControlId::StaffCanvas);
     QSignalSpy changes(window.get(), &MainWindow::scoreChanged);
     Choose(head, item);
     if (changed || !key) QTRY_VERIFY(staffPaints.painted.contains(QPoint(800, 70)));  // the metre's title too
-    QVERIFY(staff().notes == expected.notes);
-    QCOMPARE(std::pair(staff().keySignature, staff().timeSignature),
+    QVERIFY(TheStaff().notes == expected.notes);
+    QCOMPARE(std::pair(TheStaff().keySignature, TheStaff().timeSignature),
              std::pair(expected.keySignature, expected.timeSignature));
     QCOMPARE(window->State().tuning.pitches, expectedTuning.pitches);
     QCOMPARE(changes.count(), changed ? 1 : 0);
     if (changed) QCOMPARE(changes[0][0].value<window::ScoreChange>(), window::ScoreChange::Edited);
-    QCOMPARE(Grab(ControlId::StaffCanvas) != sheet, changed);  // moved notes, or a triple metre's sheet
-    QCOMPARE(Grab(head) != headBefore, changed && item < kKeyCount);
+    QCOMPARE(Shot(ControlId::StaffCanvas) != sheet, changed);  // moved notes, or a triple metre's sheet
+    QCOMPARE(Shot(head) != headBefore, changed && item < kKeyCount);
     if (!busy) return;
     Click(ControlId::LengthButton, 8);  // refused: the chosen length stays down
     QVERIFY(!Checked(ControlId::LengthButton, 8) && Checked(ControlId::LengthButton, 24));
@@ -144,17 +114,17 @@ class EntryHeadTest : public QObject {
 
   void headAndFieldsFollowTheScore() {
     QTRY_VERIFY_WITH_TIMEOUT(window->StartPauseOver(), 3000);
-    QCOMPARE(QString::fromStdString(staff().title), QStringLiteral("曲名"));  // the caption put in at start
-    const QImage noKey = Grab(ControlId::KeySignature);
+    QCOMPARE(QString::fromStdString(TheStaff().title), QStringLiteral("曲名"));  // the caption put in at start
+    const QImage noKey = Shot(ControlId::KeySignature);
     ScoreFile opened;
     opened.title = "荒城の月", opened.comment = "滝廉太郎", opened.keySignature = 3;
-    LoadScoreText(staff(), ScoreFileText(opened));
-    staff().hasChanges = false;
+    LoadScoreText(TheStaff(), ScoreFileText(opened));
+    TheStaff().hasChanges = false;
     window->NotifyScoreChanged(window::ScoreChange::Replaced);
-    QVERIFY(Grab(ControlId::KeySignature) != noKey);
+    QVERIFY(Shot(ControlId::KeySignature) != noKey);
     auto* title = static_cast<QLineEdit*>(window->Control(ControlId::TitleField));
     QCOMPARE(title->text(), QStringLiteral("荒城の月"));
-    QVERIFY(!staff().hasChanges);  // showing the score is no change to it
+    QVERIFY(!TheStaff().hasChanges);  // showing the score is no change to it
     QVERIFY(!title->isEnabled());  // play mode takes the keys
     window->State().modes.playing = true;  // a mode change while playing leaves the fields locked
     Click(ControlId::ModeButton, 0);
@@ -163,8 +133,8 @@ class EntryHeadTest : public QObject {
     Click(ControlId::ModeButton, 1);
     Click(ControlId::ModeButton, 0);
     QTest::keyClicks(window->Control(ControlId::ComposerField), "!");
-    QCOMPARE(QString::fromStdString(staff().comment), QStringLiteral("滝廉太郎!"));
-    QVERIFY(staff().hasChanges);
+    QCOMPARE(QString::fromStdString(TheStaff().comment), QStringLiteral("滝廉太郎!"));
+    QVERIFY(TheStaff().hasChanges);
   }
 };
 

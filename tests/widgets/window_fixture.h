@@ -59,26 +59,30 @@ inline int Ink(const QImage& image, QRect box) {
   return n;
 }
 
-// Chooses, in the menu that open() pops up, the first item (submenus included) that
-// wanted() accepts, with the keyboard as a user could; with none, the menu closes
-// unanswered. Whether an item was chosen.
-inline bool ChooseFromMenu(const std::function<void()>& open, const std::function<bool(const QAction*)>& wanted) {
+using ItemTest = std::function<bool(const QAction*)>;
+
+// The first item of menu, its submenus' included, that wanted accepts, after the
+// action of menu that holds it (itself when it is no submenu); nulls when none is.
+inline std::pair<QAction*, QAction*> FindItem(const QMenu& menu, const ItemTest& wanted) {
+  for (QAction* part : menu.actions())
+    for (QAction* item : part->menu() ? part->menu()->actions() : QList<QAction*>{part})
+      if (!item->isSeparator() && wanted(item)) return {part, item};
+  return {nullptr, nullptr};
+}
+
+// Chooses, in the menu that open() pops up, the item wanted accepts with the keyboard,
+// as a user could; with none, the menu closes unanswered. Whether an item was chosen.
+inline bool ChooseFromMenu(const std::function<void()>& open, const ItemTest& wanted) {
   bool chosen = false, done = false;
   QTimer::singleShot(0, [&] {
     done = true;
     auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-    for (QAction* part : menu ? menu->actions() : QList<QAction*>()) {
-      QMenu* sub = part->menu();
-      for (QAction* item : sub ? sub->actions() : QList<QAction*>{part}) {
-        if (item->isSeparator() || !wanted(item)) continue;
-        menu->setActiveAction(part);
-        if (sub) sub->setActiveAction(item);
-        QTest::keyClick(sub ? sub : menu, Qt::Key_Return);
-        chosen = true;
-        return;
-      }
-    }
-    if (menu) menu->close();
+    auto [part, item] = menu ? FindItem(*menu, wanted) : std::pair<QAction*, QAction*>();
+    if (!item) return void(menu && menu->close());
+    menu->setActiveAction(part);
+    if (part != item) part->menu()->setActiveAction(item);
+    QTest::keyClick(part != item ? part->menu() : menu, Qt::Key_Return);
+    chosen = true;
   });
   open();
   if (!QTest::qWaitFor([&] { return done; }, 2000)) qWarning("no menu came up");
@@ -120,11 +124,11 @@ class WindowTest : public QObject {
     ClickStaff(at), ClickStaff(at);
   }
   // A right click, far from any earlier click, answered with the item wanted accepts.
-  bool ChooseOnStaff(QPoint at, const std::function<bool(const QAction*)>& wanted) {
+  bool ChooseOnStaff(QPoint at, const ItemTest& wanted) {
     clock->now += 1e6;
     return ChooseFromMenu([&] { ClickStaff(at, Qt::RightButton); }, wanted);
   }
-  bool ChooseOnControl(layout::ControlId id, const std::function<bool(const QAction*)>& wanted) {
+  bool ChooseOnControl(layout::ControlId id, const ItemTest& wanted) {
     return ChooseFromMenu([&] { QTest::mousePress(Get(id), Qt::LeftButton); }, wanted);
   }
 };
