@@ -3,44 +3,26 @@
 // dropped on the window or opened from outside.
 #include <unistd.h>
 
-#include <QApplication>
 #include <QDropEvent>
 #include <QLineEdit>
-#include <QMenu>
 #include <QMimeData>
 #include <QScopeGuard>
 #include <QScrollBar>
 #include <QTemporaryDir>
-#include <QtTest>
 #include <fstream>
 #include <random>
 
 #include "files/file_io.h"
 #include "files/score_file.h"
 #include "files/strict_midi_reader.h"
-#include "violin/fakes.h"
-#include "window/main_window.h"
 #include "window/staff_head_panel.h"
-#include "window/staff_view.h"
+#include "window_fixture.h"
 
 using namespace lirenza;
 using layout::ControlId;
 using window::MenuCommand;
 
 namespace {
-
-// The file dialogs, the message box and the close question, answered by the test.
-struct FakeDialogs : window::Dialogs, CloseQuestion {
-  QStringList answers, suggested, told;  // paths given in turn; none left: cancelled
-  Answer answer = Answer::DontSave;
-  int asked = 0;
-  std::optional<QString> Next() { return answers.isEmpty() ? std::nullopt : std::optional(answers.takeFirst()); }
-  std::optional<QString> OpenScorePath(QWidget*) override { return Next(); }
-  std::optional<QString> SaveScorePath(QWidget*, const QString& name) override { return suggested << name, Next(); }
-  std::optional<QString> SaveMidiPath(QWidget*, const QString& name) override { return suggested << name, Next(); }
-  void Tell(QWidget*, const QString& sentence) override { told << sentence; }
-  Answer Ask(QWidget*, const QString&, const QString&, const QString&, const QString&) override { return ++asked, answer; }
-};
 
 // What a score keeps of the staff, the same at any scroll.
 QStringList Kept(const Staff& staff) {
@@ -56,22 +38,6 @@ QStringList Kept(const Staff& staff) {
 std::string Slurp(const QString& path) { return ReadWholeFile(path.toStdString(), nullptr).value_or("(unread)"); }
 void Spit(const QString& path, const std::string& bytes) { std::ofstream(path.toStdString(), std::ios::binary) << bytes; }
 
-// Answers the note menu that opens next with its own keys: opens the submenu holding
-// the wanted item and presses Return on it.
-void AnswerNextMenu(NoteMenuChoice wanted) {
-  QTimer::singleShot(0, [wanted] {
-    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-    for (QAction* part : menu ? menu->actions() : QList<QAction*>())
-      for (QAction* item : part->menu() ? part->menu()->actions() : QList<QAction*>())
-        if (window::StaffView::NoteChoiceOf(item) == wanted) {
-          menu->setActiveAction(part);
-          part->menu()->setActiveAction(item);
-          return QTest::keyClick(part->menu(), Qt::Key_Return);
-        }
-    if (menu) menu->close();
-  });
-}
-
 // Counts a widget's paints while the window reads a score.
 struct PaintsWhileReading : QObject {
   explicit PaintsWhileReading(const Modes& modes) : modes(modes) {}
@@ -85,27 +51,13 @@ struct PaintsWhileReading : QObject {
 
 }  // namespace
 
-class FilesTest : public QObject {
+class FilesTest : public testing::WindowTest {
   Q_OBJECT
 
-  testing::FakeSound sound;
-  std::shared_ptr<testing::FakeClock> clock;
-  std::shared_ptr<FakeDialogs> dialogs;
-  std::unique_ptr<MainWindow> window;
   std::unique_ptr<QTemporaryDir> dir;
 
-  Staff& TheStaff() { return window->State().staff; }
   QString Path(const QString& name) const { return dir->filePath(name); }
   void Run(MenuCommand command) { QVERIFY(window->RunMenuCommand(command)); }
-  void Click(QPoint p, Qt::MouseButton button = Qt::LeftButton) {
-    QTest::mousePress(&window->Staff(), button, {}, p);
-    QTest::mouseRelease(&window->Staff(), button, {}, p);
-  }
-  void DoubleClick(QPoint p) {
-    clock->now += 1e6;  // far from any earlier click
-    Click(p);
-    Click(p);
-  }
   QPoint HeadOf(int index) { return window::StaffView::NoteRect(TheStaff().notes[index]).topLeft() + QPoint(8, 17); }
   // Drags path over the window and drops it; whether the window took it.
   bool Drop(const QString& path) {
@@ -121,12 +73,7 @@ class FilesTest : public QObject {
 
  private slots:
   void init() {
-    clock = std::make_shared<testing::FakeClock>();
-    dialogs = std::make_shared<FakeDialogs>();
-    window = std::make_unique<MainWindow>(window::WindowServices{
-        sound.ports, clock, std::make_shared<testing::FakeConfirm>(), dialogs, dialogs});
-    window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    MakeWindow();
     dir = std::make_unique<QTemporaryDir>();
   }
 
@@ -134,46 +81,42 @@ class FilesTest : public QObject {
     TheStaff().title = "練習曲";
     window->NotifyScoreChanged(window::ScoreChange::Replaced);  // as if it had been opened so
     QList<QStringList> states{Kept(TheStaff())};
-    for (QPoint p : {QPoint(40, 58), QPoint(120, 72), QPoint(200, 44)}) DoubleClick(p), states << Kept(TheStaff());
+    for (QPoint p : {QPoint(40, 58), QPoint(120, 72), QPoint(200, 44)}) DoubleClickStaff(p), states << Kept(TheStaff());
     clock->now += 1e6;  // a press, not a double click on the note
-    QTest::mousePress(&window->Staff(), Qt::LeftButton, {}, HeadOf(2));
-    QTest::mouseMove(&window->Staff(), HeadOf(2) + QPoint(0, -14));
-    QTest::mouseRelease(&window->Staff(), Qt::LeftButton, {}, HeadOf(2) + QPoint(0, -14));
+    QTest::mousePress(&View(), Qt::LeftButton, {}, HeadOf(2));
+    QTest::mouseMove(&View(), HeadOf(2) + QPoint(0, -14));
+    QTest::mouseRelease(&View(), Qt::LeftButton, {}, HeadOf(2) + QPoint(0, -14));
     states << Kept(TheStaff());
-    AnswerNextMenu({NoteMenuChoice::Kind::Accidental, 1});
-    Click(HeadOf(3), Qt::RightButton);
+    QVERIFY(ChooseOnStaff(HeadOf(3), [](const QAction* a) {
+      return window::StaffView::NoteChoiceOf(a) == NoteMenuChoice{NoteMenuChoice::Kind::Accidental, 1};
+    }));
     states << Kept(TheStaff());
     // The tuning follows the key back and forth; the key changes with the second bar in view.
     auto tuned = [this] { return std::pair(window->State().tuning.scale, window->State().tuning.keyName); };
     const auto inC = tuned();
     auto* bar = qobject_cast<QScrollBar*>(window->Control(ControlId::StaffScrollBar));
     bar->setValue(kBarWidth);
-    QTest::mousePress(window->Control(ControlId::KeySignature), Qt::LeftButton);  // the key menu: D major
-    auto* keyMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-    QVERIFY(keyMenu);
-    keyMenu->close();
-    for (QAction* action : keyMenu->actions())
-      if (window::StaffHeadPanel::ItemOf(action) == 2) action->trigger();
+    QVERIFY(ChooseOnControl(ControlId::KeySignature, [](const QAction* a) { return window::StaffHeadPanel::ItemOf(a) == 2; }));
     const auto inD = tuned();
     states << Kept(TheStaff());
     for (int i = 1; i < states.size(); ++i) QVERIFY2(states[i] != states[i - 1], qPrintable(QString::number(i)));
 
-    const QImage edited = window->Staff().grab().toImage();
-    QTest::mouseMove(&window->Staff(), HeadOf(3));  // its hover sound must end when undo takes it away
+    const QImage edited = testing::Grab(&View());
+    QTest::mouseMove(&View(), HeadOf(3));  // its hover sound must end when undo takes it away
     for (int i = states.size() - 2; i >= -1; --i) {
       Run(MenuCommand::Undo);
       QCOMPARE(Kept(TheStaff()), states[std::max(i, 0)]);
     }
     QVERIFY(tuned() == inC && tuned() != inD);
     QVERIFY2(!TheStaff().hasChanges, "back at the opened score, nothing is changed");
-    QVERIFY(!sound.players[kScorePlayer].notes.empty() && sound.players[kScorePlayer].StillSounding().empty());
+    QVERIFY(!sound->players[kScorePlayer].notes.empty() && sound->players[kScorePlayer].StillSounding().empty());
     for (int i = 1; i <= states.size(); ++i) {
       Run(MenuCommand::Redo);
       QCOMPARE(Kept(TheStaff()), states[std::min<int>(i, states.size() - 1)]);
     }
     QVERIFY(tuned() == inD && TheStaff().hasChanges);
     QCOMPARE(bar->value(), kBarWidth);
-    QCOMPARE(window->Staff().grab().toImage(), edited);
+    QCOMPARE(testing::Grab(&View()), edited);
 
     // A scale fills the staff anew and a cancelled open leaves it empty; undo brings the melody back.
     for (bool byScale : {true, false}) {
@@ -205,7 +148,7 @@ class FilesTest : public QObject {
     QVERIFY(!window->State().modes.loading && !window->Control(ControlId::LoadingLabel)->isVisible());
 
     // A title typed after the last step stays when that step is undone.
-    DoubleClick({400, 58});
+    DoubleClickStaff({400, 58});
     static_cast<QLineEdit*>(window->Control(ControlId::TitleField))->setText("新しい題");
     Run(MenuCommand::Undo);
     QCOMPARE(Kept(TheStaff()).mid(1), states.last().mid(1));
@@ -240,7 +183,7 @@ class FilesTest : public QObject {
   void aSaveThatCannotLandLosesNothing() {
     QFETCH(bool, fullDisk);
     QFETCH(QString, reason);
-    DoubleClick({40, 58});
+    DoubleClickStaff({40, 58});
     TheStaff().hasChanges = true;
     const QStringList before = Kept(TheStaff());
     const QString folder = Path("scores");
@@ -248,7 +191,7 @@ class FilesTest : public QObject {
     Spit(folder + "/old.note", "precious");
     Spit(folder + "/old.mid", "old tune");
     dialogs->answers << folder + "/old.note" << folder + "/old.mid" << folder + "/old.note";
-    dialogs->answer = CloseQuestion::Answer::Save;
+    closeQuestion->answer = CloseQuestion::Answer::Save;
     // Root writes anywhere: the saves then run as a user for whom the folder is read-only.
     QFile(dir->path()).setPermissions(QFile::permissions(dir->path()) | QFile::ExeOther);
     const bool asNobody = !fullDisk && ::geteuid() == 0;
@@ -284,7 +227,7 @@ class FilesTest : public QObject {
       corpus.push_back(good.substr(0, n));
       for (std::size_t k = 0; n >= good.size() && k <= n % 4; ++k) corpus.back()[random() % good.size()] = char(random() % 256);
     }
-    DoubleClick({40, 58});
+    DoubleClickStaff({40, 58});
     for (const std::string& bytes : corpus) {
       Spit(Path("damaged.note"), bytes);
       const QStringList before = Kept(TheStaff());
@@ -296,7 +239,7 @@ class FilesTest : public QObject {
                                            : TheStaff().NoteCount() == int(ParseScoreFile(bytes).notes.size()),
                bytes.c_str());
       QVERIFY(!window->State().modes.loading);
-      window->Staff().grab();
+      View().grab();
       Run(MenuCommand::SaveMidi);
       Run(MenuCommand::Undo);
     }
@@ -309,8 +252,8 @@ class FilesTest : public QObject {
 
   void scoresFromOutsideAskBeforeReplacingChanges() {
     for (const char* name : {"TUNE.NOTE", "tune.txt"}) Spit(Path(name), "120,105,0,60,60,0,0,0,9,8,C498 ;曲;;5;0;7;0;0\n");
-    DoubleClick({40, 58});
-    DoubleClick({120, 72});
+    DoubleClickStaff({40, 58});
+    DoubleClickStaff({120, 72});
     const QStringList before = Kept(TheStaff());
     QVERIFY2(!Drop(Path("tune.txt")), "another kind of file was taken");
     window->State().modes.playing = true;  // nothing comes in while a score plays
@@ -321,18 +264,18 @@ class FilesTest : public QObject {
     // does not happen, keeps them.
     TheStaff().hasChanges = true;
     for (CloseQuestion::Answer answer : {CloseQuestion::Answer::Cancel, CloseQuestion::Answer::Save}) {
-      dialogs->answer = answer;
+      closeQuestion->answer = answer;
       QVERIFY(Drop(Path("TUNE.NOTE")));
       window->OpenDocument(Path("TUNE.NOTE"));
     }
-    QCOMPARE(dialogs->asked, 4);
+    QCOMPARE(closeQuestion->asked, 4);
     QCOMPARE(Kept(TheStaff()), before);
-    dialogs->answer = CloseQuestion::Answer::DontSave;
+    closeQuestion->answer = CloseQuestion::Answer::DontSave;
     QVERIFY(Drop(Path("TUNE.NOTE")));
     QVERIFY(TheStaff().NoteCount() == 1 && TheStaff().hasChanges && window->State().documentPath == Path("TUNE.NOTE"));
     TheStaff().hasChanges = false;
     window->OpenDocument(Path("TUNE.NOTE"));
-    QCOMPARE(dialogs->asked, 5);
+    QCOMPARE(closeQuestion->asked, 5);
   }
 };
 
