@@ -1,34 +1,26 @@
 // Playing the staff through the real window with faked players and clock: what sounds
 // when, which note lights up, the staff turning its pages, and Stop leaving nothing on.
-#include <QAbstractButton>
 #include <QScrollBar>
 #include <QSlider>
-#include <QtTest>
 
 #include "score/note_tables.h"
 #include "violin/tempo_table.h"
-#include "violin/fakes.h"
-#include "window/main_window.h"
 #include "window/picture_canvas.h"
-#include "window/staff_view.h"
 #include "window/transport_panel.h"
+#include "window_fixture.h"
 
 using namespace lirenza;
 using layout::ControlId;
 using lirenza::testing::Log;
 
-class PlaybackTest : public QObject {
+class PlaybackTest : public testing::WindowTest {
   Q_OBJECT
 
-  std::unique_ptr<testing::FakeSound> fake;
-  std::shared_ptr<testing::FakeClock> clock;
-  std::unique_ptr<MainWindow> window;
   window::TransportPanel* panel = nullptr;
   double started = 0;
 
-  Staff& staff() { return window->State().staff; }
-  void Press(int button) { QTest::mouseClick(window->Control(ControlId::TransportButton, button), Qt::LeftButton); }
-  void Choose(ControlId radio, int index) { static_cast<QAbstractButton*>(window->Control(radio, index))->click(); }
+  void Press(int button) { Click(ControlId::TransportButton, button); }
+  void Choose(ControlId radio, int index) { Get<QAbstractButton>(radio, index)->click(); }
   void Play() { started = clock->now, Press(0); }
   // The clock this many milliseconds after Play, and the ticks then due.
   void At(double ms) { clock->now = started + ms * 1000, panel->TickNow(); }
@@ -36,36 +28,32 @@ class PlaybackTest : public QObject {
   void Write(const std::vector<std::pair<int, const char*>>& tones) {
     for (auto [pitch, velocity] : tones) {
       Note n;
-      n.left = kFirstColumn + 32 * staff().NoteCount();
+      n.left = kFirstColumn + 32 * TheStaff().NoteCount();
       n.pitch = n.linePitch = pitch;  // naturals only: a paint spells the pitch from its line
       n.velocityDigit = velocity;
       n.picture = n.IsRest() ? "r4" : "n4";
-      staff().AddNote(n);
+      TheStaff().AddNote(n);
     }
   }
   // What the score's player was asked to sound (its instrument is the sound panel's).
-  Log Played() { return fake->Lines([](const std::string& l) { return l.starts_with("player1 p("); }); }
-  QImage NoteImage(int i) { return window->Staff().grab(window::StaffView::NoteRect(staff().notes[i])).toImage(); }
+  Log Played() { return sound->Lines([](const std::string& l) { return l.starts_with("player1 p("); }); }
+  QImage NoteImage(int i) { return View().grab(window::StaffView::NoteRect(TheStaff().notes[i])).toImage(); }
   // The picture a transport button shows after the pointer came over it and left.
   QImage AfterHover(int button) {
-    QWidget* canvas = window->Control(ControlId::TransportButton, button);
+    QWidget* canvas = Get(ControlId::TransportButton, button);
     for (QEvent::Type type : {QEvent::Enter, QEvent::Leave}) {
       QEvent event(type);
       QApplication::sendEvent(canvas, &event);
     }
     return static_cast<PictureCanvas*>(canvas)->ShownPicture();
   }
-  int Lit() { return int(std::count_if(staff().notes.begin(), staff().notes.end(), [](auto& n) { return n.sounding; })); }
+  int Lit() { return int(std::count_if(TheStaff().notes.begin(), TheStaff().notes.end(), [](auto& n) { return n.sounding; })); }
 
  private slots:
   void init() {
-    fake = std::make_unique<testing::FakeSound>();
-    clock = std::make_shared<testing::FakeClock>();
-    window = std::make_unique<MainWindow>(window::WindowServices{fake->ports, clock, {}, {}, {}});
+    MakeWindow();
     window->State().tuning = testing::MarkedTuning();
     panel = window->findChild<window::TransportPanel*>();
-    window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
   }
   void cleanup() { window.reset(); }
 
@@ -97,17 +85,17 @@ class PlaybackTest : public QObject {
       At(on);
       QCOMPARE(Played().back(), pitch + std::to_string(VelocityOfDigit(melody[k].second)));
       QCOMPARE(Lit(), mode == 0 && k != 2 ? 1 : 0);  // a rest is never lit
-      QCOMPARE(staff().notes[k + 1].sounding, Lit() == 1);
+      QCOMPARE(TheStaff().notes[k + 1].sounding, Lit() == 1);
       if (k == 0) QCOMPARE(NoteImage(1) != unlit, mode == 0);
       At(on + quarterMs * window->State().entry.gate);
       QCOMPARE(Played().back(), pitch + "0");
       QCOMPARE(Lit(), 0);
     }
     QCOMPARE(NoteImage(1), unlit);
-    for (int id : {0, 2, 3, 4, 5, 6}) QVERIFY(fake->players[id].notes.empty());
+    for (int id : {0, 2, 3, 4, 5, 6}) QVERIFY(sound->players[id].notes.empty());
     // First position: G on the D string, B and D on the A string; the rest only lifts.
     const Log fingers{"G 3/5", "GF 3/5", "G 2/2", "GF 2/2", "GF 2/0", "GF 2/0", "G 2/5", "GF 2/5"};
-    QCOMPARE(fake->Fingerboard(), mode == 2 ? Log{} : fingers);
+    QCOMPARE(sound->Fingerboard(), mode == 2 ? Log{} : fingers);
   }
 
   // The page turns as the music passes the view's right end, the scroll bar showing it,
@@ -116,26 +104,26 @@ class PlaybackTest : public QObject {
     Choose(ControlId::ModeButton, 0);
     Write(std::vector<std::pair<int, const char*>>(36, {69, "9"}));
     const int beyond = (984 - kFirstColumn) / 32 + 2;  // the first note at or past column 984
-    const auto* bar = static_cast<QScrollBar*>(window->Control(ControlId::StaffScrollBar));
+    const auto* bar = Get<QScrollBar>(ControlId::StaffScrollBar);
     Play();
     At(480.0 * (beyond - 1));
-    QCOMPARE(staff().scrollValue, 0);
+    QCOMPARE(TheStaff().scrollValue, 0);
     At(480.0 * beyond);
-    QVERIFY(staff().scrollValue > 0);
-    QCOMPARE(bar->value(), staff().scrollValue);
-    QVERIFY(window->Staff().rect().contains(window::StaffView::NoteRect(staff().notes[beyond])));
-    QVERIFY(staff().notes[beyond].sounding);
+    QVERIFY(TheStaff().scrollValue > 0);
+    QCOMPARE(bar->value(), TheStaff().scrollValue);
+    QVERIFY(View().rect().contains(window::StaffView::NoteRect(TheStaff().notes[beyond])));
+    QVERIFY(TheStaff().notes[beyond].sounding);
     At(480.0 * 36 + 456);  // the last note ends
     QCOMPARE(bar->value(), 0);
     At(480.0 * 37 + 456);
     QCOMPARE(Played().size(), std::size_t(2 * 36 + 1));
-    QVERIFY(staff().notes[1].sounding);
+    QVERIFY(TheStaff().notes[1].sounding);
   }
 
   // Nothing wakes while nothing plays; presses that must not start refuse; Stop ends
   // every sounding note and gives back the list and the hand position.
   void guardsStopAndTheSleepingTimer() {
-    QWidget* label = window->Control(ControlId::ScorePlayingLabel);
+    QWidget* label = Get(ControlId::ScorePlayingLabel);
     Choose(ControlId::ModeButton, 0);
     Press(0);  // an empty staff
     Press(2);  // an empty score list
@@ -145,24 +133,24 @@ class PlaybackTest : public QObject {
     QVERIFY(!panel->TimerActive());
     window->State().modes.loading = false;
     Play();
-    QVERIFY(panel->TimerActive() && label->isVisible() && !window->Control(ControlId::ScoreList)->isEnabled());
+    QVERIFY(panel->TimerActive() && label->isVisible() && !Get(ControlId::ScoreList)->isEnabled());
     QCOMPARE(AfterHover(0), window->Pictures().Picture("PlayButtonB"));  // held down while it plays
     At(300);
     Press(0);  // already playing: it does not start over
     At(480);
     QCOMPARE(Lit(), 1);
-    QCOMPARE(fake->players[1].StillSounding(), std::vector<int>{64 * 256 + 3});
+    QCOMPARE(sound->players[1].StillSounding(), std::vector<int>{64 * 256 + 3});
     Choose(ControlId::PositionButton, 1);
     QCOMPARE(window->State().handPosition, 0);
-    QVERIFY(static_cast<QAbstractButton*>(window->Control(ControlId::PositionButton, 0))->isChecked());
+    QVERIFY(Checked(ControlId::PositionButton, 0));
     Press(1);
-    QVERIFY(fake->players[1].StillSounding().empty());
+    QVERIFY(sound->players[1].StillSounding().empty());
     QCOMPARE(Lit(), 0);
-    QVERIFY(!panel->TimerActive() && !label->isVisible() && window->Control(ControlId::ScoreList)->isEnabled());
+    QVERIFY(!panel->TimerActive() && !label->isVisible() && Get(ControlId::ScoreList)->isEnabled());
     QCOMPARE(AfterHover(0), window->Pictures().Picture("PlayButton"));
-    const Log calls = fake->log;
+    const Log calls = sound->log;
     At(5000);
-    QCOMPARE(fake->log, calls);
+    QCOMPARE(sound->log, calls);
     Choose(ControlId::PositionButton, 1);
     QCOMPARE(window->State().handPosition, 1);
   }
@@ -170,7 +158,7 @@ class PlaybackTest : public QObject {
   // The real timer wakes by itself, sooner when the tempo quickens mid-piece, and runs
   // out the events that became overdue.
   void timerWakesAsTheTempoSays() {
-    auto* tempo = static_cast<QSlider*>(window->Control(ControlId::TempoSlider));
+    auto* tempo = Get<QSlider>(ControlId::TempoSlider);
     tempo->setValue(0);  // slowest: the first note is due 1.08 s after the start
     Write({{60, "9"}, {62, "9"}});
     Play();
