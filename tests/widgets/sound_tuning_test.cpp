@@ -4,59 +4,31 @@
 // must follow the staff's key however it changed, readable on their backgrounds.
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
-#include <QTemporaryDir>
 #include <QSlider>
-#include <QTimer>
+#include <QTemporaryDir>
 #include <QToolButton>
-#include <QtTest>
 
 #include "editor/key_time.h"
 #include "files/score_file.h"
-#include "violin/fakes.h"
 #include "violin/instrument_table.h"
 #include "violin/tempo_table.h"
-#include "window/control_factory.h"
-#include "window/main_window.h"
 #include "window/picture_canvas.h"
+#include "window_fixture.h"
 
 using namespace lirenza;
 using layout::ControlId;
 using window::ScoreChange;
 
-class SoundTuningTest : public QObject {
+class SoundTuningTest : public testing::WindowTest {
   Q_OBJECT
 
-  struct SaveHere : window::Dialogs {
-    QString path;
-    std::optional<QString> OpenScorePath(QWidget*) override { return std::nullopt; }
-    std::optional<QString> SaveScorePath(QWidget*, const QString&) override { return path; }
-    std::optional<QString> SaveMidiPath(QWidget*, const QString&) override { return std::nullopt; }
-    void Tell(QWidget*, const QString& sentence) override { QFAIL(qPrintable(sentence)); }
-  };
-  testing::FakeSound sound;
-  std::shared_ptr<SaveHere> dialogs;
-  std::unique_ptr<MainWindow> window;
-
-  template <typename Widget = QLabel>
-  Widget* Get(ControlId id, int index = 0) { return static_cast<Widget*>(window->Control(id, index)); }
+  QLabel* Label(ControlId id) { return Get<QLabel>(id); }
   static bool Fits(QWidget* w, const QString& text, int room) {
     return QFontMetrics(w->font()).horizontalAdvance(text) <= w->width() - room;
   }
-  // Presses the menu button and clicks the item whose identifier is item, as a user does.
+  // Presses the menu button and chooses the item whose identifier is item, as a user does.
   void ChooseFromMenu(ControlId button, int item) {
-    bool clicked = false;
-    QTimer::singleShot(0, this, [&] {
-      auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-      for (QAction* action : menu ? menu->actions() : QList<QAction*>())
-        if (!action->isSeparator() && action->data().toInt() == item) {
-          clicked = true;
-          return QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
-        }
-      if (menu) menu->close();
-    });
-    QTest::mousePress(Get<QToolButton>(button), Qt::LeftButton);
-    QTRY_VERIFY2(clicked, "no such item");
+    QVERIFY2(ChooseOnControl(button, [item](const QAction* a) { return a->data().toInt() == item; }), "no such item");
   }
   void ExpectReadable(ControlId id, int index) {
     auto* field = Get<QLineEdit>(id, index);
@@ -72,7 +44,7 @@ class SoundTuningTest : public QObject {
   void ExpectEveryPlayerOn(int instrument) {
     testing::Log expected;
     for (int k = 0; k < kNotePlayers; ++k) expected.push_back("player" + std::to_string(k) + " inst " + std::to_string(instrument));
-    QCOMPARE(sound.log, expected);
+    QCOMPARE(sound->log, expected);
   }
   // The fields show the key's tuning in light figures on their grey and black, whole.
   void ExpectTuningShown(int key) {
@@ -83,20 +55,13 @@ class SoundTuningTest : public QObject {
       QCOMPARE(Get<QLineEdit>(ControlId::FrequencyField, j)->text(), QString::fromStdString(expected.frequencyTexts[j]));
       for (ControlId id : {ControlId::RatioField, ControlId::FrequencyField}) ExpectReadable(id, j);
     }
-    QCOMPARE(Get(ControlId::KeyNameLabel)->text(), QString::fromStdString(expected.keyName));
-    QVERIFY2(Fits(Get(ControlId::KeyNameLabel), Get(ControlId::KeyNameLabel)->text(), 12), "key name cut off");
-    QCOMPARE(Get<QLineEdit>(ControlId::FrequencyField, 9)->text(), QStringLiteral("440"));  // A4 in every key
+    QCOMPARE(Label(ControlId::KeyNameLabel)->text(), QString::fromStdString(expected.keyName));
+    QVERIFY2(Fits(Label(ControlId::KeyNameLabel), Label(ControlId::KeyNameLabel)->text(), 12), "key name cut off");
     for (int i = 11; i <= 119; ++i) QCOMPARE(window->State().tuning.pitches[i], expected.pitches[i]);  // what sounds
   }
 
  private slots:
-  void init() {
-    sound.log.clear();
-    dialogs = std::make_shared<SaveHere>();
-    window = std::make_unique<MainWindow>(window::WindowServices{sound.ports, {}, {}, dialogs, {}});
-    window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
-  }
+  void init() { MakeWindow(); }
 
   void menusSetOneInstrumentOnEveryPlayer_data() {
     QTest::addColumn<int>("group");
@@ -109,8 +74,8 @@ class SoundTuningTest : public QObject {
   void menusSetOneInstrumentOnEveryPlayer() {
     QFETCH(int, group);
     QFETCH(int, row);
-    if (row > -2) sound.log.clear(), ChooseFromMenu(ControlId::InstrumentGroupMenu, group);
-    if (row >= 0) sound.log.clear(), ChooseFromMenu(ControlId::InstrumentMenu, row);
+    if (row > -2) sound->log.clear(), ChooseFromMenu(ControlId::InstrumentGroupMenu, group);
+    if (row >= 0) sound->log.clear(), ChooseFromMenu(ControlId::InstrumentMenu, row);
     InstrumentEntry chosen{};
     for (const InstrumentEntry& e : AllInstruments())
       if (e.group == group && e.row == std::max(row, 0)) chosen = e;
@@ -146,8 +111,8 @@ class SoundTuningTest : public QObject {
     const QString number = QString::number(expected.number), term = QString::fromStdString(expected.term);
     for (auto [id, text] : {std::pair(ControlId::TempoSliderNumber, number), std::pair(ControlId::TempoNumber, number),
                             std::pair(ControlId::TempoWord, term)}) {
-      QCOMPARE(Get(id)->text(), text);
-      QVERIFY2(Fits(Get(id), text, 0), qPrintable(text + " is cut off"));
+      QCOMPARE(Label(id)->text(), text);
+      QVERIFY2(Fits(Label(id), text, 0), qPrintable(text + " is cut off"));
     }
     QVERIFY(window->Pictures().Picture("Speaker0") != window->Pictures().Picture("Speaker3"));
     Get<QSlider>(ControlId::VolumeSlider)->setValue(volume);
@@ -179,17 +144,18 @@ class SoundTuningTest : public QObject {
     QVERIFY(opened.open(QIODevice::WriteOnly) && opened.write(ScoreFileText(score).c_str()) > 0);
     opened.close();
     ChooseFromMenu(ControlId::InstrumentGroupMenu, 17);
-    sound.log.clear();
+    sound->log.clear();
     window->OpenDocument(opened.fileName());
     const window::WindowState& state = window->State();
     QCOMPARE(std::pair(Get<QSlider>(ControlId::TempoSlider)->value(), state.tempoFactor), std::pair(12, TempoForSlider(12).tempoFactor));
-    QCOMPARE(Get(ControlId::TempoWord)->text(), QString::fromStdString(TempoForSlider(12).term));
+    QCOMPARE(Label(ControlId::TempoWord)->text(), QString::fromStdString(TempoForSlider(12).term));
     ExpectTuningShown(11);
-    QVERIFY(sound.log.empty());
+    QVERIFY(sound->log.empty());
 
-    dialogs->path = dir.filePath("saved.note");
+    dialogs->answers << dir.filePath("saved.note");
     QVERIFY(window->RunMenuCommand(window::MenuCommand::SaveScore));
-    QFile saved(dialogs->path);
+    QVERIFY2(dialogs->told.isEmpty(), qPrintable(dialogs->told.join(' ')));
+    QFile saved(dir.filePath("saved.note"));
     QVERIFY(saved.open(QIODevice::ReadOnly));
     const ScoreFile written = ParseScoreFile(saved.readAll().toStdString());
     QCOMPARE(std::tuple(written.instrumentGroup, written.instrumentRow, written.tempoSlider), std::tuple(17, 0, 12));
