@@ -6,7 +6,6 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QScrollBar>
-#include <QSignalSpy>
 #include <algorithm>
 
 #include "tuning/scale_lines.h"
@@ -59,7 +58,6 @@ class MenuBarTest : public testing::WindowTest {
     MakeWindow();
     View().setFocus();
   }
-  void cleanup() { window.reset(); }
 
   void menusHaveTheirTitlesAndTheScalesTheirHeadings() {
     QStringList titles;
@@ -77,7 +75,7 @@ class MenuBarTest : public testing::WindowTest {
     const QStringList always = {"小節挿入", "全音符を2倍にする", "全音符を削除", "すべて選択", "ロクリアン"};
     const QStringList later = {"用紙設定", "印刷", "Lirenzaヘルプ", "Lirenzaについて...", "環境設定"};
     for (bool changed : {false, true}) {
-      window->State().staff.hasChanges = changed;
+      TheStaff().hasChanges = changed;
       QMenu* file = Item("ファイル")->menu();
       file->popup({0, 0});  // the rule runs as a menu opens
       for (const QString& text : waiting) QVERIFY2(Item(text)->isEnabled() == changed, qPrintable(text));
@@ -87,13 +85,13 @@ class MenuBarTest : public testing::WindowTest {
     }
     // The shortcuts follow the rule too, even when nothing told the menu bar of the change.
     window->RunMenuCommand(MenuCommand::Scale, 0);
-    const int notes = window->State().staff.NoteCount();
-    window->State().staff.hasChanges = false;
+    const int notes = TheStaff().NoteCount();
+    TheStaff().hasChanges = false;
     Key(Qt::Key_X, Qt::AltModifier);
-    QCOMPARE(window->State().staff.NoteCount(), notes);
-    window->State().staff.hasChanges = true;
+    QCOMPARE(TheStaff().NoteCount(), notes);
+    TheStaff().hasChanges = true;
     Key(Qt::Key_X, Qt::AltModifier);
-    QCOMPARE(window->State().staff.NoteCount(), notes - 4);
+    QCOMPARE(TheStaff().NoteCount(), notes - 4);
   }
 
   void shortcutsReachTheStaffButLeaveTextKeysToTheField() {
@@ -139,7 +137,7 @@ class MenuBarTest : public testing::WindowTest {
 
   void aBarCopiedPastedAndCutAcrossScrolls() {
     Item("メージャー(イオニアン)")->trigger();  // C D E F | G A B C5 | rest C5 B A | G F E D | C rest
-    auto* scroll = static_cast<QScrollBar*>(window->Control(ControlId::StaffScrollBar));
+    auto* scroll = Get<QScrollBar>(ControlId::StaffScrollBar);
     scroll->setValue(kBarWidth);
     SelectBar({60, 10});  // the first bar in view: the score's second
     Key(Qt::Key_C, Qt::AltModifier);
@@ -149,7 +147,7 @@ class MenuBarTest : public testing::WindowTest {
     SelectBar({60, 10});  // the score's third bar
     // The low C is held down: Backspace or the release would act on it, until the cut
     // renumbers the notes under it.
-    const Staff& staff = window->State().staff;
+    const Staff& staff = TheStaff();
     const auto lowC = std::find_if(staff.notes.begin() + 1, staff.notes.end(), [](const Note& n) { return n.token == "C492"; });
     const QPoint onLowC = window::StaffView::NoteRect(*lowC).center();
     clock->now += 1e6;
@@ -164,28 +162,24 @@ class MenuBarTest : public testing::WindowTest {
   }
 
   void choicesMoveTheirCheckMarkOnlyWhenCarriedOut() {
-    QSignalSpy changes(window.get(), &MainWindow::scoreChanged);
-    window->State().staff.hasChanges = true;  // replaced without asking
+    TheStaff().hasChanges = true;  // replaced without asking
     Item("メジャーペンタトニック(螢の光)")->trigger();
     QStringList tokens;
-    for (int i = 1; i <= window->State().staff.NoteCount(); ++i)
-      tokens << QString::fromStdString(window->State().staff.notes[i].token);
+    for (int i = 1; i <= TheStaff().NoteCount(); ++i) tokens << QString::fromStdString(TheStaff().notes[i].token);
     QCOMPARE(tokens.join(' '), QString::fromUtf8(kScaleLines[9].line.data(), kScaleLines[9].line.size()));
-    QCOMPARE(static_cast<QLineEdit*>(window->Control(ControlId::TitleField))->text(), "メジャーペンタトニック(螢の光)スケール");
-    QCOMPARE(changes.count(), 1);
-    QCOMPARE(changes[0][0].value<window::ScoreChange>(), window::ScoreChange::Edited);
+    QCOMPARE(Get<QLineEdit>(ControlId::TitleField)->text(), "メジャーペンタトニック(螢の光)スケール");
     QCOMPARE(Checked("スケール"), QStringList({"メジャーペンタトニック(螢の光)"}));
     // While the score plays the menu does nothing, not even move its mark.
     window->State().modes.playing = true;
     Item("ドリアン")->trigger();
-    QCOMPARE(window->State().staff.NoteCount(), tokens.size());
+    QCOMPARE(TheStaff().NoteCount(), tokens.size());
     QCOMPARE(Checked("スケール"), QStringList({"メジャーペンタトニック(螢の光)"}));
 
     // The body changes its picture under the violinist's name, which stays.
-    const QString name = static_cast<QLabel*>(window->Control(ControlId::PlayerNameLabel))->text();
+    const QString name = Get<QLabel>(ControlId::PlayerNameLabel)->text();
     Item("WhiteBody")->trigger();
     QCOMPARE(window->BackPicture(), 1);
-    QCOMPARE(static_cast<QLabel*>(window->Control(ControlId::PlayerNameLabel))->text(), name);
+    QCOMPARE(Get<QLabel>(ControlId::PlayerNameLabel)->text(), name);
     QCOMPARE(Checked("外観"), QStringList({"WhiteBody"}));
   }
 };

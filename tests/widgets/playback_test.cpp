@@ -55,7 +55,6 @@ class PlaybackTest : public testing::WindowTest {
     window->State().tuning = testing::MarkedTuning();
     panel = window->findChild<window::TransportPanel*>();
   }
-  void cleanup() { window.reset(); }
 
   void playSoundsEachNoteInTimeShownAsTheModesSay_data() {
     QTest::addColumn<int>("mode");  // the mode radio: 0 edit, 1 play, 2 play live

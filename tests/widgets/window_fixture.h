@@ -101,10 +101,8 @@ class WindowTest : public QObject {
 
   void MakeWindow() {
     window.reset();  // it holds the old fakes
-    sound = std::make_unique<FakeSound>();
-    clock = std::make_shared<FakeClock>();
-    confirm = std::make_shared<FakeConfirm>();
-    dialogs = std::make_shared<FakeDialogs>();
+    sound = std::make_unique<FakeSound>(), clock = std::make_shared<FakeClock>();
+    confirm = std::make_shared<FakeConfirm>(), dialogs = std::make_shared<FakeDialogs>();
     closeQuestion = std::make_shared<FakeCloseQuestion>();
     window = std::make_unique<MainWindow>(window::WindowServices{sound->ports, clock, confirm, dialogs, closeQuestion});
     window->show();
