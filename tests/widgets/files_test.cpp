@@ -9,10 +9,8 @@
 #include <QScopeGuard>
 #include <QScrollBar>
 #include <QTemporaryDir>
-#include <fstream>
 #include <random>
 
-#include "files/file_io.h"
 #include "files/score_file.h"
 #include "files/strict_midi_reader.h"
 #include "window/staff_head_panel.h"
@@ -34,9 +32,6 @@ QStringList Kept(const Staff& staff) {
   }
   return kept;
 }
-
-std::string Slurp(const QString& path) { return ReadWholeFile(path.toStdString(), nullptr).value_or("(unread)"); }
-void Spit(const QString& path, const std::string& bytes) { std::ofstream(path.toStdString(), std::ios::binary) << bytes; }
 
 // Counts a widget's paints while the window reads a score.
 struct PaintsWhileReading : QObject {
@@ -129,7 +124,7 @@ class FilesTest : public testing::WindowTest {
     dialogs->answers << Path("melody.note");
     Run(MenuCommand::SaveScore);
     QCOMPARE(dialogs->suggested.last(), QStringLiteral("練習曲"));
-    const std::string text = Slurp(Path("melody.note"));
+    const std::string text = testing::FileBytes(Path("melody.note"));
     QVERIFY2(text.ends_with(";5;0;7;2;0\n") && std::count(text.begin(), text.end(), '\n') == 1, text.c_str());
     Staff reread;
     ApplyScoreFile(reread, ParseScoreFile(text));
@@ -159,7 +154,7 @@ class FilesTest : public testing::WindowTest {
     dialogs->answers << Path("melody.mid");
     Run(MenuCommand::SaveMidi);
     QCOMPARE(Kept(TheStaff()), exported);
-    const std::string midi = Slurp(Path("melody.mid"));
+    const std::string midi = testing::FileBytes(Path("melody.mid"));
     const testing::Decoded decoded = testing::Decode(testing::Bytes(midi.begin(), midi.end()));
     QVERIFY2(decoded.ok, decoded.error.c_str());
     QCOMPARE(decoded.program, kViolin - 1);
@@ -188,8 +183,8 @@ class FilesTest : public testing::WindowTest {
     const QStringList before = Kept(TheStaff());
     const QString folder = Path("scores");
     QDir().mkdir(folder);
-    Spit(folder + "/old.note", "precious");
-    Spit(folder + "/old.mid", "old tune");
+    testing::WriteBytes(folder + "/old.note", "precious");
+    testing::WriteBytes(folder + "/old.mid", "old tune");
     dialogs->answers << folder + "/old.note" << folder + "/old.mid" << folder + "/old.note";
     closeQuestion->answer = CloseQuestion::Answer::Save;
     // Root writes anywhere: the saves then run as a user for whom the folder is read-only.
@@ -211,7 +206,7 @@ class FilesTest : public testing::WindowTest {
     QVERIFY2(!closed && window->isVisible(), "closing went on although the save failed");
     QCOMPARE(Kept(TheStaff()), before);
     QVERIFY(TheStaff().hasChanges);
-    QVERIFY(Slurp(folder + "/old.note") == "precious" && Slurp(folder + "/old.mid") == "old tune");
+    QVERIFY(testing::FileBytes(folder + "/old.note") == "precious" && testing::FileBytes(folder + "/old.mid") == "old tune");
     QCOMPARE(QDir(folder).entryList(QDir::Files | QDir::Hidden), QStringList({"old.mid", "old.note"}));
     QCOMPARE(dialogs->told.size(), 3);
     for (const QString& sentence : dialogs->told)
@@ -229,7 +224,7 @@ class FilesTest : public testing::WindowTest {
     }
     DoubleClickStaff({40, 58});
     for (const std::string& bytes : corpus) {
-      Spit(Path("damaged.note"), bytes);
+      testing::WriteBytes(Path("damaged.note"), bytes);
       const QStringList before = Kept(TheStaff());
       const qsizetype told = dialogs->told.size();
       dialogs->answers << Path("damaged.note") << Path("damaged.mid");
@@ -251,7 +246,7 @@ class FilesTest : public testing::WindowTest {
   }
 
   void scoresFromOutsideAskBeforeReplacingChanges() {
-    for (const char* name : {"TUNE.NOTE", "tune.txt"}) Spit(Path(name), "120,105,0,60,60,0,0,0,9,8,C498 ;曲;;5;0;7;0;0\n");
+    for (const char* name : {"TUNE.NOTE", "tune.txt"}) testing::WriteBytes(Path(name), "120,105,0,60,60,0,0,0,9,8,C498 ;曲;;5;0;7;0;0\n");
     DoubleClickStaff({40, 58});
     DoubleClickStaff({120, 72});
     const QStringList before = Kept(TheStaff());

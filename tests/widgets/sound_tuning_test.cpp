@@ -33,18 +33,13 @@ class SoundTuningTest : public testing::WindowTest {
   void ExpectReadable(ControlId id, int index) {
     auto* field = Get<QLineEdit>(id, index);
     QVERIFY2(Fits(field, field->text(), 4), qPrintable(field->text()));
-    const QImage shot = field->grab().toImage();
+    const QImage shot = testing::Grab(field);
     const QRgb back = *layout::ControlAt(id).backColour;
     int background = 0, ink = 0;
     for (int y = 0; y < shot.height(); ++y)
       for (int x = 0; x < shot.width(); ++x)
         background += (shot.pixel(x, y) & 0xffffff) == back, ink += qGray(shot.pixel(x, y)) > qGray(back) + 0x60;
     QVERIFY2(background > shot.width() * shot.height() / 2 && ink > 3, qPrintable(field->objectName()));
-  }
-  void ExpectEveryPlayerOn(int instrument) {
-    testing::Log expected;
-    for (int k = 0; k < kNotePlayers; ++k) expected.push_back("player" + std::to_string(k) + " inst " + std::to_string(instrument));
-    QCOMPARE(sound->log, expected);
   }
   // The fields show the key's tuning in light figures on their grey and black, whole.
   void ExpectTuningShown(int key) {
@@ -79,7 +74,9 @@ class SoundTuningTest : public testing::WindowTest {
     InstrumentEntry chosen{};
     for (const InstrumentEntry& e : AllInstruments())
       if (e.group == group && e.row == std::max(row, 0)) chosen = e;
-    ExpectEveryPlayerOn(chosen.number);
+    testing::Log everyPlayer;
+    for (int k = 0; k < kNotePlayers; ++k) everyPlayer.push_back("player" + std::to_string(k) + " inst " + std::to_string(chosen.number));
+    QCOMPARE(sound->log, everyPlayer);
     QCOMPARE(group == 17, chosen.number > 16384);  // bank 128 holds the kits
     auto* groupButton = Get<QToolButton>(ControlId::InstrumentGroupMenu);
     auto* instrumentButton = Get<QToolButton>(ControlId::InstrumentMenu);
@@ -140,12 +137,10 @@ class SoundTuningTest : public testing::WindowTest {
     QTemporaryDir dir;
     ScoreFile score;
     score.tempoSlider = 12, score.keySignature = 11;
-    QFile opened(dir.filePath("opened.note"));
-    QVERIFY(opened.open(QIODevice::WriteOnly) && opened.write(ScoreFileText(score).c_str()) > 0);
-    opened.close();
+    testing::WriteBytes(dir.filePath("opened.note"), ScoreFileText(score));
     ChooseFromMenu(ControlId::InstrumentGroupMenu, 17);
     sound->log.clear();
-    window->OpenDocument(opened.fileName());
+    window->OpenDocument(dir.filePath("opened.note"));
     const window::WindowState& state = window->State();
     QCOMPARE(std::pair(Get<QSlider>(ControlId::TempoSlider)->value(), state.tempoFactor), std::pair(12, TempoForSlider(12).tempoFactor));
     QCOMPARE(Label(ControlId::TempoWord)->text(), QString::fromStdString(TempoForSlider(12).term));
@@ -155,9 +150,7 @@ class SoundTuningTest : public testing::WindowTest {
     dialogs->answers << dir.filePath("saved.note");
     QVERIFY(window->RunMenuCommand(window::MenuCommand::SaveScore));
     QVERIFY2(dialogs->told.isEmpty(), qPrintable(dialogs->told.join(' ')));
-    QFile saved(dir.filePath("saved.note"));
-    QVERIFY(saved.open(QIODevice::ReadOnly));
-    const ScoreFile written = ParseScoreFile(saved.readAll().toStdString());
+    const ScoreFile written = ParseScoreFile(testing::FileBytes(dir.filePath("saved.note")));
     QCOMPARE(std::tuple(written.instrumentGroup, written.instrumentRow, written.tempoSlider), std::tuple(17, 0, 12));
     QCOMPARE(std::pair(Get<QSlider>(ControlId::TempoSlider)->value(), state.tempoFactor),
              std::pair(kTempoSliderStart, TempoForSlider(kTempoSliderStart).tempoFactor));

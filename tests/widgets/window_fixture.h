@@ -8,10 +8,12 @@
 #include <QPaintEvent>
 #include <QTimer>
 #include <QtTest>
+#include <fstream>
 #include <functional>
 #include <memory>
 #include <optional>
 
+#include "files/file_io.h"
 #include "violin/fakes.h"
 #include "window/control_factory.h"
 #include "window/main_window.h"
@@ -48,6 +50,13 @@ struct PaintedRegion : QObject {
     return false;
   }
 };
+
+inline std::string FileBytes(const QString& path) {
+  return ReadWholeFile(path.toStdString(), nullptr).value_or("(unread)");
+}
+inline void WriteBytes(const QString& path, const std::string& bytes) {
+  std::ofstream(path.toStdString(), std::ios::binary) << bytes;
+}
 
 inline QImage Grab(QWidget* widget) { return widget->grab().toImage().convertToFormat(QImage::Format_RGB32); }
 
