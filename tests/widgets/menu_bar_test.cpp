@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <algorithm>
 
 #include "tuning/scale_lines.h"
@@ -162,12 +163,14 @@ class MenuBarTest : public testing::WindowTest {
   }
 
   void choicesMoveTheirCheckMarkOnlyWhenCarriedOut() {
+    QSignalSpy changes(window.get(), &MainWindow::scoreChanged);  // an edit, as the undo walk shows: told once
     TheStaff().hasChanges = true;  // replaced without asking
     Item("メジャーペンタトニック(螢の光)")->trigger();
     QStringList tokens;
     for (int i = 1; i <= TheStaff().NoteCount(); ++i) tokens << QString::fromStdString(TheStaff().notes[i].token);
     QCOMPARE(tokens.join(' '), QString::fromUtf8(kScaleLines[9].line.data(), kScaleLines[9].line.size()));
     QCOMPARE(Get<QLineEdit>(ControlId::TitleField)->text(), "メジャーペンタトニック(螢の光)スケール");
+    QCOMPARE(changes.count(), 1);
     QCOMPARE(Checked("スケール"), QStringList({"メジャーペンタトニック(螢の光)"}));
     // While the score plays the menu does nothing, not even move its mark.
     window->State().modes.playing = true;
