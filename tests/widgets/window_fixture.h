@@ -51,12 +51,8 @@ struct PaintedRegion : QObject {
   }
 };
 
-inline std::string FileBytes(const QString& path) {
-  return ReadWholeFile(path.toStdString(), nullptr).value_or("(unread)");
-}
-inline void WriteBytes(const QString& path, const std::string& bytes) {
-  std::ofstream(path.toStdString(), std::ios::binary) << bytes;
-}
+inline std::string FileBytes(const QString& path) { return ReadWholeFile(path.toStdString(), nullptr).value_or("(unread)"); }
+inline void WriteBytes(const QString& path, const std::string& bytes) { std::ofstream(path.toStdString(), std::ios::binary) << bytes; }
 
 inline QImage Grab(QWidget* widget) { return widget->grab().toImage().convertToFormat(QImage::Format_RGB32); }
 
@@ -83,9 +79,13 @@ inline std::pair<QAction*, QAction*> FindItem(const QMenu& menu, const ItemTest&
 // as a user could; with none, the menu closes unanswered. Whether an item was chosen.
 inline bool ChooseFromMenu(const std::function<void()>& open, const ItemTest& wanted) {
   bool chosen = false, done = false;
-  QTimer::singleShot(0, [&] {
-    done = true;
+  int waited = 0;
+  QTimer poll;  // a menu run by exec only shows inside open(): answered from the timer
+  QObject::connect(&poll, &QTimer::timeout, [&] {
     auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    if ((!menu && ++waited < 200) || done) return;
+    done = true;
+    poll.stop();
     auto [part, item] = menu ? FindItem(*menu, wanted) : std::pair<QAction*, QAction*>();
     if (!item) return void(menu && menu->close());
     menu->setActiveAction(part);
@@ -93,8 +93,9 @@ inline bool ChooseFromMenu(const std::function<void()>& open, const ItemTest& wa
     QTest::keyClick(part != item ? part->menu() : menu, Qt::Key_Return);
     chosen = true;
   });
+  poll.start(10);
   open();
-  if (!QTest::qWaitFor([&] { return done; }, 2000)) qWarning("no menu came up");
+  if (!QTest::qWaitFor([&] { return done; }, 3000)) qWarning("no menu came up");
   return chosen;
 }
 
