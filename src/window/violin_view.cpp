@@ -1,0 +1,78 @@
+#include "window/violin_view.h"
+
+#include <QPainter>
+
+#include "violin/fingerboard.h"
+#include "window/main_window.h"
+#include "window/picture_canvas.h"
+
+namespace lirenza::window {
+namespace {
+
+QRect ToQRect(const Rect& r) { return {r.x, r.y, r.width, r.height}; }
+
+}  // namespace
+
+ViolinView::ViolinView(MainWindow& window)
+    : QObject(&window),
+      canvas_(qobject_cast<PictureCanvas*>(window.Control(layout::ControlId::ViolinCanvas))),
+      bow_(window.Control(layout::ControlId::BowCanvas)),
+      violin_(window.Pictures().Picture(QStringLiteral("Violin"))),
+      fingertip_(window.Pictures().Picture(QStringLiteral("Yubi"))),
+      stringAtRest_(window.Pictures().Picture(QStringLiteral("Gen"))),
+      stringVibrating_(window.Pictures().Picture(QStringLiteral("GenS"))) {
+  const QSize size = canvas_ ? canvas_->size() : violin_.size();
+  picture_ = QImage(size, QImage::Format_ARGB32_Premultiplied);
+  picture_.fill(Qt::transparent);
+  QPainter(&picture_).drawImage(0, 0, violin_);
+  if (canvas_) canvas_->SetPicture(picture_);
+}
+
+template <typename Draw>
+void ViolinView::Change(const QRect& changed, Draw draw) {
+  // The canvas shares the picture's pixels; letting go of its copy first keeps a
+  // note's cost at the few pixels it draws instead of a copy of the whole violin.
+  if (canvas_) canvas_->SetPicture(QImage());
+  {
+    QPainter painter(&picture_);
+    draw(painter);
+  }
+  if (!canvas_) return;
+  canvas_->SetPicture(picture_);
+  if (!changed.isNull()) canvas_->repaint(changed);
+}
+
+void ViolinView::ShowFinger(int string, int cell) {
+  const HandGeometry at = HandGeometryAt(string, cell);
+  if (!at.drawn) return;
+  const QRect finger = ToQRect(at.finger), line = ToQRect(at.string);
+  Change(finger | line, [&](QPainter& painter) {
+    if (at.fingertip) painter.drawImage(finger.topLeft(), fingertip_);
+    painter.drawImage(line, stringVibrating_);
+  });
+  if (bow_) bow_->show();
+}
+
+void ViolinView::HideFinger(int string, int cell) {
+  const HandGeometry at = HandGeometryAt(string, cell);
+  if (!at.drawn) return;
+  const QRect finger = ToQRect(at.finger), line = ToQRect(at.string);
+  Change(finger | line, [&](QPainter& painter) {
+    // Copied, not blended: the clean square replaces whatever was drawn there.
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawImage(finger.topLeft(), violin_, finger);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.drawImage(line, stringAtRest_);
+  });
+  if (bow_) bow_->hide();
+}
+
+void ViolinView::ShowCleanViolin() {
+  Change(QRect(), [&](QPainter& painter) {
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawImage(0, 0, violin_);
+  });
+  if (canvas_) canvas_->update();
+}
+
+}  // namespace lirenza::window
