@@ -21,6 +21,7 @@
 #include "window/staff_view.h"
 #include "window/transport_panel.h"
 #include "window/tuning_panel.h"
+#include "window/violin_view.h"
 
 namespace lirenza {
 namespace {
@@ -42,6 +43,7 @@ const QString kDontSaveCaption = QStringLiteral("保存しない");
 
 MainWindow::MainWindow(window::WindowServices services, QWidget* parent)
     : QWidget(parent, Qt::Window | Qt::FramelessWindowHint),
+      drawsOwnViolin_(services.ports.view == nullptr),
       pictures_(PictureStore::DefaultFolder()),
       services_(window::WithRealServices(std::move(services), this)) {
   // The largest pictures of the first paint (the violin, the back SetBackPicture(0)
@@ -55,6 +57,7 @@ MainWindow::MainWindow(window::WindowServices services, QWidget* parent)
   setCursor(Qt::PointingHandCursor);
 
   MakeControls();
+  if (drawsOwnViolin_) services_.ports.view = new window::ViolinView(*this);
   PlaceStaff();
   GroupButtonFamilies();
   WireFrameButtons();

@@ -101,6 +101,8 @@ class MainWindow : public QWidget {
   void EndStartPause();
   void PressOnBody(QMouseEvent* event);
 
+  // A window given no fingerboard view draws the fingers on its own violin.
+  bool drawsOwnViolin_;
   PictureStore pictures_;
   window::WindowServices services_;
   window::WindowState state_;
