@@ -1,0 +1,149 @@
+// The violin canvas drawn as the fingerboard: the picture is the only record of the
+// fingers, so every check reads pixels of the canvas's picture and of the canvas on
+// screen against the clean violin.
+#include "violin/fingerboard.h"
+#include "window/violin_view.h"
+#include "window_fixture.h"
+
+using namespace lirenza;
+using layout::ControlId;
+
+namespace {
+
+// Rectangles of a drawn note, from the same geometry the logic's click handling uses.
+QRect FingerBox(int string, int cell) {
+  const Rect r = HandGeometryAt(string, cell).finger;
+  return {r.x, r.y, r.width, r.height};
+}
+QRect StringBox(int string, int cell) {
+  const Rect r = HandGeometryAt(string, cell).string;
+  return {r.x, r.y, r.width, r.height};
+}
+
+// The pixels of a that differ from b, inside box or, with an empty box, anywhere.
+QRegion Differences(const QImage& a, const QImage& b) {
+  QRegion changed;
+  for (int y = 0; y < a.height(); ++y)
+    for (int x = 0; x < a.width(); ++x)
+      if (a.pixel(x, y) != b.pixel(x, y)) changed += QRect(x, y, 1, 1);
+  return changed;
+}
+
+}  // namespace
+
+class ViolinViewTest : public testing::WindowTest {
+  Q_OBJECT
+
+  window::ViolinView* violin = nullptr;
+  QImage clean;
+
+  QWidget* Bow() { return Get(ControlId::BowCanvas); }
+  QImage OnScreen() { return testing::Grab(Get(ControlId::ViolinCanvas)); }
+
+ private slots:
+  // The window draws on its own violin when it is given no fingerboard, as the real
+  // program is.
+  void init() {
+    window.reset();
+    sound = std::make_unique<testing::FakeSound>(), clock = std::make_shared<testing::FakeClock>();
+    confirm = std::make_shared<testing::FakeConfirm>(), dialogs = std::make_shared<testing::FakeDialogs>();
+    closeQuestion = std::make_shared<testing::FakeCloseQuestion>();
+    SoundPorts ports = sound->ports;
+    ports.view = nullptr;
+    window = std::make_unique<MainWindow>(window::WindowServices{ports, clock, confirm, dialogs, closeQuestion});
+    window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    violin = dynamic_cast<window::ViolinView*>(window->Services().ports.view);
+    QVERIFY(violin);
+    clean = violin->Picture().convertToFormat(QImage::Format_ARGB32);
+    QCOMPARE(clean.size(), Get(ControlId::ViolinCanvas)->size());
+    QCOMPARE(Differences(clean, window->Pictures().Picture("Violin").convertToFormat(QImage::Format_ARGB32)), QRegion());
+  }
+
+  void aGivenFingerboardIsKept() {
+    testing::WindowTest::MakeWindow();
+    QCOMPARE(window->Services().ports.view, static_cast<FingerboardView*>(&sound->view));
+  }
+
+  // A note inks only its finger square (none on an open string) and its string from
+  // the finger to the bridge, shows the bow, and is wiped back to the clean violin.
+  void aNoteIsDrawnWhereItsCellLiesAndWipedClean_data() {
+    QTest::addColumn<int>("string");
+    QTest::addColumn<int>("cell");
+    QTest::newRow("open E string") << 1 << 0;
+    QTest::newRow("A string, fifth cell") << 2 << 5;
+    QTest::newRow("G string, highest drawn cell") << 4 << 16;
+  }
+  void aNoteIsDrawnWhereItsCellLiesAndWipedClean() {
+    QFETCH(int, string);
+    QFETCH(int, cell);
+    const QRect finger = FingerBox(string, cell), line = StringBox(string, cell);
+    const QImage cleanOnScreen = OnScreen();
+    violin->ShowFinger(string, cell);
+    const QImage drawn = violin->Picture().convertToFormat(QImage::Format_ARGB32);
+    const QRegion changed = Differences(drawn, clean);
+    QVERIFY(!changed.isEmpty());
+    QCOMPARE(changed - (finger | line), QRegion());
+    // Ink of the fingertip, left of where its string starts, only when a finger is down.
+    const QRect fingerOnly(finger.left(), finger.top(), line.left() - finger.left(), finger.height());
+    QCOMPARE((changed & fingerOnly).isEmpty(), cell == 0);
+    // The vibrating part reaches from behind the finger to the bridge.
+    QCOMPARE((changed & line).boundingRect().left() <= line.left() + 2, true);
+    QCOMPARE((changed & line).boundingRect().right() >= line.right() - 2, true);
+    QVERIFY(Bow()->isVisible());
+    // The canvas shows it at once, in the same place, with the bow over the strings.
+    const QRegion onScreen = Differences(OnScreen(), cleanOnScreen);
+    QVERIFY(!(onScreen & line).isEmpty());
+    QVERIFY(!(onScreen & Bow()->geometry()).isEmpty());
+    QCOMPARE(onScreen - (finger | line | Bow()->geometry()), QRegion());
+
+    violin->HideFinger(string, cell);
+    QCOMPARE(Differences(violin->Picture().convertToFormat(QImage::Format_ARGB32), clean), QRegion());
+    QVERIFY(!Bow()->isVisible());
+  }
+
+  // Cells past the drawn ones sound but show nothing, and leave the bow alone.
+  void aCellPastTheDrawnOnesDrawsNothing() {
+    for (int cell : {17, 18}) {
+      violin->ShowFinger(3, cell);
+      QCOMPARE(Differences(violin->Picture().convertToFormat(QImage::Format_ARGB32), clean), QRegion());
+      QVERIFY(!Bow()->isVisible());
+    }
+  }
+
+  // Nothing remembers the fingers: taking the higher of two notes off one string leaves
+  // the lower finger but lays that string at rest from the higher cell on.
+  void takingOneOfTwoNotesOffAStringRepaintsItFromItsOwnCell() {
+    violin->ShowFinger(2, 3);
+    violin->ShowFinger(2, 7);
+    const QImage both = violin->Picture().convertToFormat(QImage::Format_ARGB32);
+    violin->HideFinger(2, 7);
+    const QImage after = violin->Picture().convertToFormat(QImage::Format_ARGB32);
+    const QRect lowFinger = FingerBox(2, 3), highFinger = FingerBox(2, 7);
+    QCOMPARE(Differences(after, both) - (highFinger | StringBox(2, 7)), QRegion());
+    QVERIFY(!(Differences(after, clean) & lowFinger).isEmpty());
+    QCOMPARE(Differences(after, clean) & highFinger, QRegion());
+    QCOMPARE(Differences(after, clean) & StringBox(2, 7), QRegion());
+    QVERIFY(!Bow()->isVisible());  // one note off hides the bow, whatever still sounds
+  }
+
+  // The panic wipe lays the clean violin over every finger and string at once.
+  void theCleanViolinWipesEveryNote() {
+    const QImage cleanOnScreen = OnScreen();
+    for (int string = 1; string <= 4; ++string) violin->ShowFinger(string, 2 * string);
+    const QRegion bow = Bow()->geometry();
+    const QRegion inked = Differences(OnScreen(), cleanOnScreen) - bow;
+    QRegion notes;
+    for (int string = 1; string <= 4; ++string) {
+      QVERIFY(!(inked & StringBox(string, 2 * string)).isEmpty());
+      notes += FingerBox(string, 2 * string) | StringBox(string, 2 * string);
+    }
+    QCOMPARE(inked - notes, QRegion());
+    violin->ShowCleanViolin();
+    QCOMPARE(Differences(violin->Picture().convertToFormat(QImage::Format_ARGB32), clean), QRegion());
+    QCOMPARE(Differences(OnScreen(), cleanOnScreen) - bow, QRegion());
+  }
+};
+
+QTEST_MAIN(ViolinViewTest)
+#include "violin_view_test.moc"
