@@ -11,16 +11,11 @@ using layout::ControlId;
 namespace {
 
 // Rectangles of a drawn note, from the same geometry the logic's click handling uses.
-QRect FingerBox(int string, int cell) {
-  const Rect r = HandGeometryAt(string, cell).finger;
-  return {r.x, r.y, r.width, r.height};
-}
-QRect StringBox(int string, int cell) {
-  const Rect r = HandGeometryAt(string, cell).string;
-  return {r.x, r.y, r.width, r.height};
-}
+QRect Box(const Rect& r) { return {r.x, r.y, r.width, r.height}; }
+QRect FingerBox(int string, int cell) { return Box(HandGeometryAt(string, cell).finger); }
+QRect StringBox(int string, int cell) { return Box(HandGeometryAt(string, cell).string); }
 
-// The pixels of a that differ from b, inside box or, with an empty box, anywhere.
+// The pixels of a that differ from b.
 QRegion Differences(const QImage& a, const QImage& b) {
   QRegion changed;
   for (int y = 0; y < a.height(); ++y)
@@ -39,6 +34,7 @@ class ViolinViewTest : public testing::WindowTest {
 
   QWidget* Bow() { return Get(ControlId::BowCanvas); }
   QImage OnScreen() { return testing::Grab(Get(ControlId::ViolinCanvas)); }
+  QImage Drawn() { return violin->Picture().convertToFormat(QImage::Format_ARGB32); }
 
  private slots:
   // The window draws on its own violin when it is given no fingerboard, as the real
@@ -55,7 +51,7 @@ class ViolinViewTest : public testing::WindowTest {
     QVERIFY(QTest::qWaitForWindowExposed(window.get()));
     violin = dynamic_cast<window::ViolinView*>(window->Services().ports.view);
     QVERIFY(violin);
-    clean = violin->Picture().convertToFormat(QImage::Format_ARGB32);
+    clean = Drawn();
     QCOMPARE(clean.size(), Get(ControlId::ViolinCanvas)->size());
     QCOMPARE(Differences(clean, window->Pictures().Picture("Violin").convertToFormat(QImage::Format_ARGB32)), QRegion());
   }
@@ -80,7 +76,7 @@ class ViolinViewTest : public testing::WindowTest {
     const QRect finger = FingerBox(string, cell), line = StringBox(string, cell);
     const QImage cleanOnScreen = OnScreen();
     violin->ShowFinger(string, cell);
-    const QImage drawn = violin->Picture().convertToFormat(QImage::Format_ARGB32);
+    const QImage drawn = Drawn();
     const QRegion changed = Differences(drawn, clean);
     QVERIFY(!changed.isEmpty());
     QCOMPARE(changed - (finger | line), QRegion());
@@ -98,7 +94,7 @@ class ViolinViewTest : public testing::WindowTest {
     QCOMPARE(onScreen - (finger | line | Bow()->geometry()), QRegion());
 
     violin->HideFinger(string, cell);
-    QCOMPARE(Differences(violin->Picture().convertToFormat(QImage::Format_ARGB32), clean), QRegion());
+    QCOMPARE(Differences(Drawn(), clean), QRegion());
     QVERIFY(!Bow()->isVisible());
   }
 
@@ -106,7 +102,7 @@ class ViolinViewTest : public testing::WindowTest {
   void aCellPastTheDrawnOnesDrawsNothing() {
     for (int cell : {17, 18}) {
       violin->ShowFinger(3, cell);
-      QCOMPARE(Differences(violin->Picture().convertToFormat(QImage::Format_ARGB32), clean), QRegion());
+      QCOMPARE(Differences(Drawn(), clean), QRegion());
       QVERIFY(!Bow()->isVisible());
     }
   }
@@ -116,9 +112,9 @@ class ViolinViewTest : public testing::WindowTest {
   void takingOneOfTwoNotesOffAStringRepaintsItFromItsOwnCell() {
     violin->ShowFinger(2, 3);
     violin->ShowFinger(2, 7);
-    const QImage both = violin->Picture().convertToFormat(QImage::Format_ARGB32);
+    const QImage both = Drawn();
     violin->HideFinger(2, 7);
-    const QImage after = violin->Picture().convertToFormat(QImage::Format_ARGB32);
+    const QImage after = Drawn();
     const QRect lowFinger = FingerBox(2, 3), highFinger = FingerBox(2, 7);
     QCOMPARE(Differences(after, both) - (highFinger | StringBox(2, 7)), QRegion());
     QVERIFY(!(Differences(after, clean) & lowFinger).isEmpty());
@@ -140,7 +136,7 @@ class ViolinViewTest : public testing::WindowTest {
     }
     QCOMPARE(inked - notes, QRegion());
     violin->ShowCleanViolin();
-    QCOMPARE(Differences(violin->Picture().convertToFormat(QImage::Format_ARGB32), clean), QRegion());
+    QCOMPARE(Differences(Drawn(), clean), QRegion());
     QCOMPARE(Differences(OnScreen(), cleanOnScreen) - bow, QRegion());
   }
 };
