@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QScrollBar>
 
 #include "picture_list.h"
@@ -70,7 +71,16 @@ MainWindow::MainWindow(window::WindowServices services, QWidget* parent)
   startPause_.start();
 }
 
-MainWindow::~MainWindow() = default;
+// Panels and controls read the window's state and its table of controls, and a
+// widget being torn down still sends events (focus, leave, hide) to their handlers.
+// So they go first, panels before the controls they watch, while the state lives.
+MainWindow::~MainWindow() {
+  QList<QPointer<QObject>> panels, widgets;
+  for (QObject* child : children()) (child->isWidgetType() ? widgets : panels).append(child);
+  for (const QPointer<QObject>& child : panels) delete child.data();
+  for (const QPointer<QObject>& child : widgets) delete child.data();
+  controls_.clear();
+}
 
 QWidget* MainWindow::Control(ControlId id, int index) const {
   auto found = controls_.find({id, index});
