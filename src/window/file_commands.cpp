@@ -8,7 +8,6 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QMimeData>
-#include <QScrollBar>
 #include <QUrl>
 #include <cerrno>
 #include <optional>
@@ -188,11 +187,10 @@ void FileCommands::ShowReading(bool reading) {
   }
 }
 
-// The scroll bar goes back to the start and the staff with it; the staff is scrolled
-// even when the bar already stands at 0.
+// The staff goes back to its start, and the scroll bar with it.
 void FileCommands::ScrollToStart() {
-  if (auto* bar = qobject_cast<QScrollBar*>(window_.Control(ControlId::StaffScrollBar))) bar->setValue(0);
   ScrollTo(window_.State().staff, 0);
+  window_.ShowStaffScroll();
 }
 
 bool FileCommands::eventFilter(QObject* watched, QEvent* event) {

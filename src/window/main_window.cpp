@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QPointer>
 #include <QScrollBar>
+#include <QSignalBlocker>
 
 #include "picture_list.h"
 #include "window/control_factory.h"
@@ -139,6 +140,15 @@ void MainWindow::MakePanels() {
   new window::FileCommands(*this);
   new window::StaffHistory(*this);
   new window::MenuBar(*this);
+}
+
+void MainWindow::ShowStaffScroll() {
+  auto* bar = qobject_cast<QScrollBar*>(Control(ControlId::StaffScrollBar));
+  if (bar && bar->value() != state_.staff.scrollValue) {
+    const QSignalBlocker quiet(bar);
+    bar->setValue(state_.staff.scrollValue);
+  }
+  staffView_->update();
 }
 
 void MainWindow::OnMenu(window::MenuCommand command, std::function<void(int)> handler) {

@@ -70,6 +70,11 @@ class MainWindow : public QWidget {
   // Runs the handler of command; false when none is registered.
   bool RunMenuCommand(window::MenuCommand command, int index = 0);
 
+  // After the logic moved the staff (a page turned by playback, a fill, a bar command,
+  // an opened score), the scroll bar shows where the staff stands, without feeding the
+  // move back, and the staff is painted again.
+  void ShowStaffScroll();
+
   // Every change to the score is told here, and every panel that shows it hears it.
   void NotifyScoreChanged(window::ScoreChange change) { emit scoreChanged(change); }
 

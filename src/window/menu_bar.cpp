@@ -9,7 +9,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QProxyStyle>
-#include <QScrollBar>
 #include <tuple>
 
 #include "editor/bar_operations.h"
@@ -231,9 +230,7 @@ void MenuBar::ChooseScale(int index) {
   window_.Staff().ForgetNoteIndexes();
   LoadKestraLine(state.staff, kScaleLines[index].line);
   SetTitle(state.staff, ScaleTitle(index));
-  if (auto* scroll = qobject_cast<QScrollBar*>(window_.Control(ControlId::StaffScrollBar)))
-    scroll->setValue(state.staff.scrollValue);
-  window_.Staff().update();
+  window_.ShowStaffScroll();
   // A fill is an edit like any other: undo brings back the score it replaced.
   window_.NotifyScoreChanged(ScoreChange::Edited);
 }
@@ -250,9 +247,7 @@ void MenuBar::RunBarCommand(int index) {
       BarMenuOutcome::Done)
     return;
   // Writing the score out twice starts from its beginning.
-  if (auto* scroll = qobject_cast<QScrollBar*>(window_.Control(ControlId::StaffScrollBar)))
-    scroll->setValue(staff.scrollValue);
-  window_.Staff().update();
+  window_.ShowStaffScroll();
   // Marking a bar for copying, or a question answered no, leaves the score as it was.
   if (ScoreContent(staff) != before) window_.NotifyScoreChanged(ScoreChange::Edited);
 }

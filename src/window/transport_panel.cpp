@@ -2,8 +2,6 @@
 
 #include <QAbstractButton>
 #include <QMouseEvent>
-#include <QScrollBar>
-#include <QSignalBlocker>
 #include <QSlider>
 #include <QTreeWidget>
 #include <algorithm>
@@ -182,14 +180,9 @@ void TransportPanel::ShowTransport() {
   }
   if (QWidget* label = window_.Control(ControlId::ScorePlayingLabel)) label->setVisible(s.playback.playingLabel);
   if (QWidget* list = window_.Control(ControlId::ScoreList)) list->setEnabled(s.playback.listEnabled);
-  const int scroll = s.staff.scrollValue;
-  if (auto* bar = qobject_cast<QScrollBar*>(window_.Control(ControlId::StaffScrollBar)); bar && bar->value() != scroll) {
-    const QSignalBlocker quiet(bar);
-    bar->setValue(scroll);
-  }
-  if (scroll != shownScroll_) {
-    window_.Staff().update();
-    shownScroll_ = scroll;
+  if (s.staff.scrollValue != shownScroll_) {
+    window_.ShowStaffScroll();
+    shownScroll_ = s.staff.scrollValue;
   }
 }
 
