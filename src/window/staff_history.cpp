@@ -2,6 +2,7 @@
 
 #include <QUndoCommand>
 #include <tuple>
+#include <utility>
 
 #include "window/main_window.h"
 #include "window/staff_view.h"
@@ -29,10 +30,25 @@ bool SameNote(const Note& onStaff, int scroll, const Note& kept) {
          AfterLeft(onStaff.StoredFields()) == AfterLeft(kept.StoredFields());
 }
 
+// The staff's fields that StaffHeader keeps, in the same order; entryLeft as the
+// staff holds it, scrolled.
+template <typename S>
+auto HeaderFieldsOf(S& staff) {
+  return std::tie(staff.keySignature, staff.timeSignature, staff.keySignaturePicture, staff.timeSignaturePicture,
+                  staff.sheetPicture, staff.title, staff.comment, staff.entryLeft, staff.entryTop);
+}
+
 StaffHeader HeaderOf(const Staff& staff) {
-  return {staff.keySignature,  staff.timeSignature, staff.keySignaturePicture,
-          staff.timeSignaturePicture, staff.sheetPicture, staff.title,
-          staff.comment,       staff.entryLeft + staff.appliedScroll, staff.entryTop};
+  StaffHeader header;
+  header.Fields() = HeaderFieldsOf(staff);
+  header.entryLeft += staff.appliedScroll;
+  return header;
+}
+
+// Each field of now takes its value in becomes where the step changed it (was differs).
+template <typename Now, typename Step, std::size_t... I>
+void TakeChangedFields(Now now, Step was, Step becomes, std::index_sequence<I...>) {
+  ((std::get<I>(was) != std::get<I>(becomes) ? void(std::get<I>(now) = std::get<I>(becomes)) : void()), ...);
 }
 
 class StaffEdit : public QUndoCommand {
@@ -146,30 +162,13 @@ void StaffHistory::Restore(const StaffStep& step, bool undo) {
 
   // Of the rest, only what the step changed goes back: a title typed since, which no
   // step holds yet, stays as typed.
-  const StaffHeader& was = undo ? step.headerAfter : step.headerBefore;
-  const StaffHeader& becomes = undo ? step.headerBefore : step.headerAfter;
+  StaffHeader was = undo ? step.headerAfter : step.headerBefore;
+  StaffHeader becomes = undo ? step.headerBefore : step.headerAfter;
   StaffHeader now = HeaderOf(staff);
-  auto take = [](auto& field, const auto& stepWas, const auto& stepBecomes) {
-    if (stepWas != stepBecomes) field = stepBecomes;
-  };
-  take(now.keySignature, was.keySignature, becomes.keySignature);
-  take(now.timeSignature, was.timeSignature, becomes.timeSignature);
-  take(now.keySignaturePicture, was.keySignaturePicture, becomes.keySignaturePicture);
-  take(now.timeSignaturePicture, was.timeSignaturePicture, becomes.timeSignaturePicture);
-  take(now.sheetPicture, was.sheetPicture, becomes.sheetPicture);
-  take(now.title, was.title, becomes.title);
-  take(now.comment, was.comment, becomes.comment);
-  take(now.entryLeft, was.entryLeft, becomes.entryLeft);
-  take(now.entryTop, was.entryTop, becomes.entryTop);
-  staff.keySignature = now.keySignature;
-  staff.timeSignature = now.timeSignature;
-  staff.keySignaturePicture = now.keySignaturePicture;
-  staff.timeSignaturePicture = now.timeSignaturePicture;
-  staff.sheetPicture = now.sheetPicture;
-  staff.title = now.title;
-  staff.comment = now.comment;
-  staff.entryLeft = now.entryLeft - scroll;
-  staff.entryTop = now.entryTop;
+  TakeChangedFields(now.Fields(), was.Fields(), becomes.Fields(),
+                    std::make_index_sequence<std::tuple_size_v<decltype(now.Fields())>>{});
+  HeaderFieldsOf(staff) = now.Fields();
+  staff.entryLeft -= scroll;
   present_.header = now;
   restored_ = true;
 }

@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QUndoStack>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "score/note.h"
@@ -26,6 +27,11 @@ struct StaffHeader {
   int entryLeft = 0;  // unscrolled
   int entryTop = 0;
   bool operator==(const StaffHeader&) const = default;
+  // Every field, in the order of HeaderFieldsOf.
+  auto Fields() {
+    return std::tie(keySignature, timeSignature, keySignaturePicture, timeSignaturePicture, sheetPicture, title,
+                    comment, entryLeft, entryTop);
+  }
 };
 
 // The score as undo keeps it: notes without the template, Left unscrolled, nothing of
