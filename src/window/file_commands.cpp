@@ -118,7 +118,6 @@ bool FileCommands::LoadScoreFile(const QString& path) {
   window_.Staff().ForgetNoteIndexes();
   ScrollToStart();
   state.tempoSlider = ApplyScoreFile(state.staff, file);
-  TuneToKey(state.tuning, state.staff.keySignature);
   // The hand position's button shows the position still in force.
   if (auto* button = qobject_cast<QAbstractButton*>(window_.Control(ControlId::PositionButton, state.handPosition)))
     button->setChecked(true);
@@ -146,7 +145,6 @@ bool FileCommands::SaveScore() {
   window_.Staff().ForgetNoteIndexes();
   ResetAfterSave(state.staff, settings);
   state.tempoSlider = settings.tempoSlider;
-  TuneToKey(state.tuning, state.staff.keySignature);
   window_.Staff().update();
   window_.NotifyScoreChanged(ScoreChange::Saved);
   return true;

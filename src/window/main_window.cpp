@@ -52,7 +52,6 @@ MainWindow::MainWindow(window::WindowServices services, QWidget* parent)
   // shows, the staff's sheet) decode on their own thread while the controls are made.
   pictures_.ReadAhead({QStringLiteral("Violin"), QStringLiteral("ViolinBack0"),
                        QString::fromStdString(state_.staff.sheetPicture)});
-  TuneToKey(state_.tuning, state_.staff.keySignature);
   setWindowTitle(ToQString(layout::kWindowTitle));
   setAttribute(Qt::WA_TranslucentBackground);
   setFixedSize(layout::kWindowWidth, layout::kWindowHeight);

@@ -176,7 +176,6 @@ void StaffHistory::Restore(const StaffStep& step, bool undo) {
 void StaffHistory::AfterRestore() {
   restored_ = false;
   WindowState& state = window_.State();
-  TuneToKey(state.tuning, state.staff.keySignature);
   state.staff.hasChanges = !stack_.isClean();
   window_.Staff().update();
   window_.NotifyScoreChanged(ScoreChange::Restored);

@@ -35,9 +35,9 @@ TuningPanel::TuningPanel(MainWindow& window) : QObject(&window), window_(window)
   FollowKey(ScoreChange::Replaced);
 }
 
-// A key chosen on the staff head has retuned the tables already; an opened score, an
-// undo or a save has only changed the staff's key. Retuning is cheap and gives the
-// same tables for the same key, so every change of key retunes here.
+// The one place the tuning tables follow the staff's key, whatever changed it: an
+// opened score, an undo, a save, the start (a key chosen on the staff head has
+// retuned them already; retuning gives the same tables for the same key).
 void TuningPanel::FollowKey(ScoreChange) {
   WindowState& state = window_.State();
   if (state.staff.keySignature == tunedKey_) return;
