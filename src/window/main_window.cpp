@@ -13,9 +13,13 @@
 
 #include "picture_list.h"
 #include "window/control_factory.h"
+#include "window/conversion_panel.h"
 #include "window/entry_panel.h"
 #include "window/file_commands.h"
+#include "window/fingerboard_panel.h"
+#include "window/keyboard_panel.h"
 #include "window/menu_bar.h"
+#include "window/midi_keyboard_panel.h"
 #include "window/picture_canvas.h"
 #include "window/sound_panel.h"
 #include "window/staff_head_panel.h"
@@ -139,6 +143,10 @@ void MainWindow::MakePanels() {
   new window::FileCommands(*this);
   new window::StaffHistory(*this);
   new window::MenuBar(*this);
+  new window::KeyboardPanel(*this);
+  new window::FingerboardPanel(*this);
+  new window::ConversionPanel(*this);
+  new window::MidiKeyboardPanel(*this);
 }
 
 void MainWindow::ShowStaffScroll() {

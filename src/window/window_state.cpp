@@ -92,6 +92,7 @@ WindowServices WithRealServices(WindowServices services, QWidget* parent) {
   if (!services.confirm) services.confirm = std::make_shared<ToolkitConfirm>(parent);
   if (!services.dialogs) services.dialogs = std::make_shared<ToolkitDialogs>();
   if (!services.closeQuestion) services.closeQuestion = std::make_shared<MessageBoxCloseQuestion>();
+  if (!services.launcher) services.launcher = std::make_shared<DetachedLauncher>();
   return services;
 }
 

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "editor/note_entry.h"
+#include "ports/midi_input.h"
 #include "ports/ports.h"
 #include "score/staff.h"
 #include "tuning/pure_scale.h"
@@ -16,6 +17,7 @@
 #include "violin/playback.h"
 #include "violin/tempo_table.h"
 #include "window/close_question.h"
+#include "window/process_launcher.h"
 
 class QWidget;
 
@@ -62,6 +64,10 @@ struct WindowServices {
   std::shared_ptr<Confirm> confirm;
   std::shared_ptr<Dialogs> dialogs;
   std::shared_ptr<CloseQuestion> closeQuestion;
+  // What starts the volume script and the player scripts.
+  std::shared_ptr<ProcessLauncher> launcher;
+  // Where notes from MIDI keyboards come from; none: the window listens to none.
+  std::shared_ptr<MidiNoteSource> midiNotes;
 };
 
 // The real clock: one monotonic clock for ticks and microseconds.
