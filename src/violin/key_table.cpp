@@ -39,25 +39,58 @@ const std::array<KeyRow, kKeyRows> kKeyTable{{
     {36, "Return", 39, 84, {{{1, 8}, {1, 8}, {1, 8}}}},
 }};
 
-bool PollingPass(const KeyState& keys, KeyFlags& flag, int position, const TuningTables& tuning,
+bool KeyboardHand::AnyPressed() const {
+  for (bool pressed : flag)
+    if (pressed) return true;
+  return false;
+}
+
+namespace {
+
+void Release(KeyboardHand& hand, int flagIndex, const SoundPorts& ports) {
+  const StringCell drawn = hand.drawnAt[flagIndex];
+  if (ports.view) ports.view->HideFinger(drawn.string, drawn.cell);
+  if (NotePlayer* live = ports.players[kLivePlayer]) live->PlayNote(hand.pitchStarted[flagIndex], 0);
+  hand.flag[flagIndex] = false;
+}
+
+}  // namespace
+
+bool PollingPass(const KeyState& keys, KeyboardHand& hand, int position, const TuningTables& tuning,
                  const SoundPorts& ports) {
   if (position < 0 || position > 2) return false;
   for (const KeyRow& row : kKeyTable) {
     const bool down = keys.AsyncKeyDown(row.code);
-    bool& pressed = flag[row.flagIndex];
-    if (down == pressed) continue;
+    if (down == hand.flag[row.flagIndex]) continue;
+    if (!down) {
+      Release(hand, row.flagIndex, ports);
+      return true;
+    }
     // The picture comes first, then the sound: the finger is on the string as the
     // note starts.
     const StringCell sc = row.place[position];
-    if (ports.view) {
-      if (down) ports.view->ShowFinger(sc.string, sc.cell);
-      else ports.view->HideFinger(sc.string, sc.cell);
-    }
-    PlayIndex(ports, kLivePlayer, tuning, row.pitchIndex, down ? kKeyVelocity : 0);
-    pressed = down;
+    if (ports.view) ports.view->ShowFinger(sc.string, sc.cell);
+    const int pitch = static_cast<int>(tuning.pitches[row.pitchIndex]);
+    if (NotePlayer* live = ports.players[kLivePlayer]) live->PlayNote(pitch, kKeyVelocity);
+    hand.flag[row.flagIndex] = true;
+    hand.pitchStarted[row.flagIndex] = pitch;
+    hand.drawnAt[row.flagIndex] = sc;
     return true;
   }
   return false;
+}
+
+bool PollRunningTimers(const PositionState& positions, const KeyState& keys, KeyboardHand& hand,
+                       const TuningTables& tuning, const SoundPorts& ports) {
+  bool acted = false;
+  for (int position = 0; position < 3; ++position)
+    if (positions.timerMode[position] != 0 && PollingPass(keys, hand, position, tuning, ports)) acted = true;
+  return acted;
+}
+
+void ReleasePressedKeys(KeyboardHand& hand, const SoundPorts& ports) {
+  for (const KeyRow& row : kKeyTable)
+    if (hand.flag[row.flagIndex]) Release(hand, row.flagIndex, ports);
 }
 
 int ChoosePosition(PositionState& state, int button, const Modes& modes) {

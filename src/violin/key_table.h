@@ -30,10 +30,21 @@ extern const std::array<KeyRow, kKeyRows> kKeyTable;
 
 using KeyFlags = std::array<bool, kFlagCount>;
 
+// What the keyboard hand holds: which keys count as pressed and, for each, the pitch it
+// started and where its finger was drawn. A release ends that very pitch and wipes that
+// very finger, even when the score's key retuned the table or the hand moved to another
+// position while the key was held: no note hangs and no finger stays behind.
+struct KeyboardHand {
+  KeyFlags flag{};
+  std::array<int, kFlagCount> pitchStarted{};
+  std::array<StringCell, kFlagCount> drawnAt{};
+  bool AnyPressed() const;
+};
+
 // One pass of the position's polling timer. Handles at most one key transition, the
 // first row whose key state and flag disagree, and says whether it did: the window
 // keeps polling at once only while transitions are pending.
-bool PollingPass(const KeyState& keys, KeyFlags& flag, int position, const TuningTables& tuning,
+bool PollingPass(const KeyState& keys, KeyboardHand& hand, int position, const TuningTables& tuning,
                  const SoundPorts& ports);
 
 // The hand position and the polling timers of the three positions (mode 0 off, 2
@@ -41,7 +52,16 @@ bool PollingPass(const KeyState& keys, KeyFlags& flag, int position, const Tunin
 struct PositionState {
   int handPosition = 0;
   std::array<int, 3> timerMode{2, 0, 0};
+  bool AnyTimerRunning() const { return timerMode[0] || timerMode[1] || timerMode[2]; }
 };
+
+// One pass of each running position timer, first to fifth; whether any acted.
+bool PollRunningTimers(const PositionState& positions, const KeyState& keys, KeyboardHand& hand,
+                       const TuningTables& tuning, const SoundPorts& ports);
+
+// Ends every key that counts as pressed as its release would, for when no running
+// timer is left to see the release.
+void ReleasePressedKeys(KeyboardHand& hand, const SoundPorts& ports);
 
 // The position selector. While the score is busy the position holds and the radio
 // button of the present position is shown selected again. Returns the button to show

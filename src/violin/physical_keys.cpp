@@ -60,4 +60,11 @@ int EvdevOfMacKeyCode(int macCode) {
   return kNoKey;
 }
 
+bool HeldKeys::Set(int evdevCode, bool down) {
+  const int mac = MacKeyCodeOfEvdev(evdevCode);
+  if (mac < 0 || mac >= kMacKeyCodes || held_.test(static_cast<std::size_t>(mac)) == down) return false;
+  held_.set(static_cast<std::size_t>(mac), down);
+  return true;
+}
+
 }  // namespace lirenza

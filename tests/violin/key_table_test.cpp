@@ -39,7 +39,7 @@ namespace {
 struct KeyTableFixture : ::testing::Test {
   FakeSound sound;
   FakeKeys keys;
-  KeyFlags flag{};
+  KeyboardHand hand;
   TuningTables tuning = MarkedTuning();
 
   // Passes until one finds nothing; each pass that acts draws and sounds one key.
@@ -47,7 +47,7 @@ struct KeyTableFixture : ::testing::Test {
     keys.down = std::move(down);
     sound.log.clear();
     std::size_t passes = 0;
-    while (PollingPass(keys, flag, position, tuning, sound.ports)) ++passes;
+    while (PollingPass(keys, hand, position, tuning, sound.ports)) ++passes;
     EXPECT_EQ(sound.log.size(), 2 * passes);
     return sound.log;
   }
@@ -76,11 +76,12 @@ TEST_F(KeyTableFixture, PanicSilencesEveryPlayerButLeavesAHeldKeyFlagged) {
   EXPECT_EQ(sound.log, sweep);
   EXPECT_TRUE(Settle({36}).empty()) << "the held key must not start again";
   EXPECT_EQ(Settle({}), (Log{"GF 1/8", "player0 p(84) 0"}));
-  EXPECT_EQ(flag, KeyFlags{});
+  EXPECT_FALSE(hand.AnyPressed());
 }
 
-// A busy window holds the position; a release after a change is shown at the new place.
-TEST_F(KeyTableFixture, PositionChanges) {
+// A busy window holds the position. A key held across a change of position, or of the
+// score's key, ends the pitch it started and wipes the finger where it was drawn.
+TEST_F(KeyTableFixture, ReleaseEndsWhatThePressStartedWhateverChangedMeanwhile) {
   for (Modes busy : {Modes{true, false, false}, Modes{false, true, false}, Modes{false, false, true}}) {
     PositionState state{1, {0, 2, 0}};
     EXPECT_EQ(ChoosePosition(state, 2, busy), 1);
@@ -90,5 +91,24 @@ TEST_F(KeyTableFixture, PositionChanges) {
   Settle({44}, pos.handPosition);
   EXPECT_EQ(ChoosePosition(pos, 2, Modes{}), 2);
   EXPECT_EQ(pos.timerMode, (std::array<int, 3>{0, 0, 2})) << "one timer runs";
-  EXPECT_EQ(Settle({}, pos.handPosition), (Log{"GF 4/14", "player0 p(69) 0"}));
+  tuning.pitches[69] += 10;  // retuned while held
+  EXPECT_EQ(Settle({}, pos.handPosition), (Log{"GF 2/0", "player0 p(69) 0"}));
+}
+
+// Back in play mode in 3rd position two timers poll, the first position's first; when
+// no timer is left to see a release, the held keys are ended at once.
+TEST_F(KeyTableFixture, RunningTimersPollInOrderAndPressedKeysEndWhenNoneIsLeft) {
+  PositionState pos{1, {2, 2, 0}};
+  keys.down = {44};
+  EXPECT_TRUE(PollRunningTimers(pos, keys, hand, tuning, sound.ports));
+  EXPECT_EQ(sound.log, (Log{"G 2/0", "player0 p(69) 100"})) << "the first position's pass took the press";
+  keys.down = {44, 7};
+  EXPECT_TRUE(PollRunningTimers(pos, keys, hand, tuning, sound.ports));
+  EXPECT_FALSE(PollRunningTimers(pos, keys, hand, tuning, sound.ports));
+  ChooseKeyboardMode(pos, 0);
+  EXPECT_TRUE(pos.AnyTimerRunning());
+  sound.log.clear();
+  ReleasePressedKeys(hand, sound.ports);
+  EXPECT_EQ(sound.log, (Log{"GF 4/0", "player0 p(55) 0", "GF 2/0", "player0 p(69) 0"}));
+  EXPECT_FALSE(hand.AnyPressed());
 }

@@ -43,5 +43,22 @@ TEST(PhysicalKeys, TheTranslationIsOneToOneAndKnowsWhatItLacks) {
   EXPECT_EQ(EvdevOfMacKeyCode(200), kNoKey);
 }
 
+// Events may arrive twice (window, then widget) or repeat: only real changes count.
+TEST(PhysicalKeys, HeldKeysChangeOnlyOnRealChanges) {
+  HeldKeys keys;
+  EXPECT_TRUE(keys.Press(KEY_X));
+  EXPECT_FALSE(keys.Press(KEY_X));
+  EXPECT_FALSE(keys.Press(KEY_F1)) << "a key the table cannot name";
+  EXPECT_TRUE(keys.Press(KEY_LEFTSHIFT));
+  EXPECT_TRUE(keys.AsyncKeyDown(7) && keys.AsyncKeyDown(56) && !keys.AsyncKeyDown(16));
+  EXPECT_TRUE(keys.Release(KEY_X));
+  EXPECT_FALSE(keys.Release(KEY_X));
+  EXPECT_FALSE(keys.AsyncKeyDown(7));
+  EXPECT_FALSE(keys.AsyncKeyDown(-1) || keys.AsyncKeyDown(500));
+  EXPECT_TRUE(keys.ReleaseAll());
+  EXPECT_FALSE(keys.AsyncKeyDown(56));
+  EXPECT_FALSE(keys.ReleaseAll());
+}
+
 }  // namespace
 }  // namespace lirenza
