@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <map>
 
 #include "platform/synth_fixture.h"
 #include "tuning/pure_scale.h"
@@ -16,15 +15,6 @@ namespace {
 constexpr int kChannel = 1;
 constexpr double kRate = 44100.0;
 
-// Frequency of a note held for a second, measured after its attack.
-double SoundedFrequency(Synth& synth, int pitch) {
-  synth.PlayNote(kChannel, pitch, 100);
-  const auto frames = RenderMono(synth, static_cast<long>(1.3 * kRate));
-  synth.PlayNote(kChannel, pitch, 0);
-  RenderUntilSilent(synth);
-  return ZeroCrossingFrequency(frames, kRate, static_cast<long>(0.25 * kRate), static_cast<long>(kRate));
-}
-
 class JustIntonation : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -32,14 +22,11 @@ class JustIntonation : public ::testing::Test {
     LIRENZA_REQUIRE_FONTS(synth);
     synth->SelectInstrument(kChannel, kSineWave);
     synth->SelectInstrument(0, kSineWave);
+    untuned = std::make_unique<UntunedKeys>(*synth, kChannel);
   }
-  // The preset's own, untuned pitch of a key: samples are not perfectly in tune.
-  double Reference(int key) {
-    auto it = references.find(key);
-    return it != references.end() ? it->second : references[key] = SoundedFrequency(*synth, key * 256);
-  }
+  double Reference(int key) { return untuned->Frequency(key); }
   std::unique_ptr<Synth> synth;
-  std::map<int, double> references;
+  std::unique_ptr<UntunedKeys> untuned;
 };
 
 }  // namespace
@@ -52,9 +39,7 @@ TEST_F(JustIntonation, EveryKeysTableSoundsWithinOneCent) {
     TuneToKey(t, keySignature);
     for (int i : indexes) {
       const int pitch = static_cast<int>(t.pitches[i]);
-      const int key = KeyOfPitch(pitch);
-      const double wanted = (pitch - key * 256) * 100.0 / 256.0;
-      EXPECT_NEAR(CentsBetween(SoundedFrequency(*synth, pitch), Reference(key)), wanted, 1.0) << "key signature " << keySignature << ", index " << i << ", pitch " << pitch;
+      EXPECT_NEAR(CentsBetween(SoundedFrequency(*synth, kChannel, pitch), Reference(KeyOfPitch(pitch))), CentsAboveKey(pitch), 1.0) << "key signature " << keySignature << ", index " << i << ", pitch " << pitch;
     }
   }
 }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -74,6 +75,41 @@ inline std::vector<long> Onsets(const std::vector<float>& mono, double threshold
     }
   return onsets;
 }
+
+// Frequency of a note that `press` starts and `release` ends: held 1.3 s and measured
+// over a second after its attack, then let die away.
+template <class Press, class Release>
+double HeldFrequency(Synth& synth, Press press, Release release) {
+  const double rate = synth.SampleRate();
+  press();
+  const auto frames = RenderMono(synth, static_cast<long>(1.3 * rate));
+  release();
+  RenderUntilSilent(synth);
+  return ZeroCrossingFrequency(frames, rate, static_cast<long>(0.25 * rate), static_cast<long>(rate));
+}
+
+inline double SoundedFrequency(Synth& synth, int channel, int pitch) {
+  return HeldFrequency(synth, [&] { synth.PlayNote(channel, pitch, 100); }, [&] { synth.PlayNote(channel, pitch, 0); });
+}
+
+// The preset's own, untuned pitch of each key, measured once on a channel: samples
+// are not perfectly in tune, so a tuned note is judged against its key's own sound.
+class UntunedKeys {
+ public:
+  UntunedKeys(Synth& synth, int channel) : synth_(synth), channel_(channel) {}
+  double Frequency(int key) {
+    auto it = measured_.find(key);
+    return it != measured_.end() ? it->second : measured_[key] = SoundedFrequency(synth_, channel_, key * 256);
+  }
+
+ private:
+  Synth& synth_;
+  int channel_;
+  std::map<int, double> measured_;
+};
+
+// How far above its nearest key a pitch (semitones × 256) lies, in cents.
+inline double CentsAboveKey(int pitch) { return (pitch - KeyOfPitch(pitch) * 256) * 100.0 / 256.0; }
 
 inline double PeakDb(const std::vector<float>& samples) {
   float peak = 1e-9f;
