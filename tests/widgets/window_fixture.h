@@ -32,6 +32,16 @@ struct FakeDialogs : window::Dialogs {
   void Tell(QWidget*, const QString& sentence) override { told << sentence; }
 };
 
+// Starts nothing, so no test sets the computer's volume or opens a terminal: keeps each
+// program with its arguments after it, and answers whether it "started".
+struct FakeLauncher : window::ProcessLauncher {
+  QList<QStringList> started;
+  bool starts = true;
+  bool Start(const QString& program, const QStringList& arguments) override {
+    return started << (QStringList{program} + arguments), starts;
+  }
+};
+
 struct FakeCloseQuestion : CloseQuestion {
   Answer answer = Answer::DontSave;
   int asked = 0;
@@ -107,14 +117,16 @@ class WindowTest : public QObject {
   std::shared_ptr<FakeConfirm> confirm;
   std::shared_ptr<FakeDialogs> dialogs;
   std::shared_ptr<FakeCloseQuestion> closeQuestion;
+  std::shared_ptr<FakeLauncher> launcher;
   std::unique_ptr<MainWindow> window;
 
   void MakeWindow() {
     window.reset();  // it holds the old fakes
     sound = std::make_unique<FakeSound>(), clock = std::make_shared<FakeClock>();
     confirm = std::make_shared<FakeConfirm>(), dialogs = std::make_shared<FakeDialogs>();
-    closeQuestion = std::make_shared<FakeCloseQuestion>();
-    window = std::make_unique<MainWindow>(window::WindowServices{sound->ports, clock, confirm, dialogs, closeQuestion});
+    closeQuestion = std::make_shared<FakeCloseQuestion>(), launcher = std::make_shared<FakeLauncher>();
+    window = std::make_unique<MainWindow>(
+        window::WindowServices{sound->ports, clock, confirm, dialogs, closeQuestion, launcher});
     window->show();
     QVERIFY(QTest::qWaitForWindowActive(window.get()));
   }
