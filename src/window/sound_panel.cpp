@@ -11,6 +11,7 @@
 #include "window/control_factory.h"
 #include "window/main_window.h"
 #include "window/picture_canvas.h"
+#include "window/process_launcher.h"
 
 namespace lirenza::window {
 namespace {
@@ -56,7 +57,7 @@ SoundPanel::SoundPanel(MainWindow& window)
   window.State().tempoSlider = tempoSlider_->value();
   window.State().tempoFactor = TempoForSlider(tempoSlider_->value()).tempoFactor;
   connect(tempoSlider_, &QSlider::valueChanged, this, &SoundPanel::ShowTempo);
-  connect(volumeSlider_, &QSlider::valueChanged, this, &SoundPanel::ShowVolume);
+  connect(volumeSlider_, &QSlider::valueChanged, this, &SoundPanel::SetSystemVolume);
   ShowVolume(volumeSlider_->value());
   connect(&window, &MainWindow::scoreChanged, this, &SoundPanel::FollowScore);
 }
@@ -123,6 +124,14 @@ void SoundPanel::ShowTempo(int sliderValue) {
 void SoundPanel::ShowVolume(int sliderValue) {
   const QString picture = QString::fromStdString(SpeakerPicture(VolumeLevel(sliderValue)));
   static_cast<PictureCanvas*>(window_.Control(ControlId::Speaker))->SetPicture(window_.Pictures().Picture(picture));
+}
+
+// The slider sets the computer's own output volume, through a script that knows the
+// desktop's mixer. It runs on its own at each step of a drag, and a mixer that fails or
+// hangs never holds the slider back nor says anything.
+void SoundPanel::SetSystemVolume(int sliderValue) {
+  ShowVolume(sliderValue);
+  RunScript(*window_.Services().launcher, QStringLiteral("SetVolume"), {QString::number(VolumeLevel(sliderValue))});
 }
 
 }  // namespace lirenza::window

@@ -33,6 +33,7 @@ class SoundPanel : public QObject {
   void FillGroupMenu();
   void ShowTempo(int sliderValue);
   void ShowVolume(int sliderValue);
+  void SetSystemVolume(int sliderValue);
   void FollowScore(ScoreChange change);
 
   MainWindow& window_;
