@@ -4,8 +4,10 @@
 #include <QFont>
 #include <QTimer>
 #include <functional>
+#include <memory>
 #include <utility>
 
+#include "platform/alsa_midi_input.h"
 #include "platform/sound_system.h"
 #include "window/main_window.h"
 
@@ -54,6 +56,8 @@ int main(int argc, char* argv[]) {
   lirenza::SoundSystem sound(lirenza::AudioSettingsFromEnvironment(), {}, {}, /*loadNow=*/false);
   lirenza::window::WindowServices services;
   for (int i = 0; i < lirenza::kNotePlayers; ++i) services.ports.players[i] = &sound.Player(i);
+  // MIDI keyboards play the violin too, through the sequencer's port "Lirenza".
+  services.midiNotes = std::make_shared<lirenza::AlsaMidiInput>();
 
   lirenza::MainWindow window(std::move(services));
   new AfterFirstPaint(window, [&sound] { sound.StartLoading(); });
