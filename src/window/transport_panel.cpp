@@ -19,7 +19,6 @@ using layout::ControlId;
 // Indices of the radio families, as the layout table numbers them.
 constexpr int kPlayModeButton = 1;  // ModeButton: 1 plays from the keyboard, 0 edits
 constexpr int kLiveButton = 1;      // PlaybackModeButton: 0 manual, 1 live
-constexpr int kHandPositions = 3;   // PositionButton: first, third, fifth
 
 // Far beyond any piece, and still within a timer's interval.
 constexpr double kLongestSleepMs = 1e9;
@@ -63,9 +62,6 @@ TransportPanel::TransportPanel(MainWindow& window)
   if (auto* tempo = qobject_cast<QSlider*>(window_.Control(ControlId::TempoSlider)))
     connect(tempo, &QSlider::valueChanged, this, [this] { if (timer_.isActive()) SleepUntilDue(); }, Qt::QueuedConnection);
 
-  for (int i = 0; i < kHandPositions; ++i)
-    if (QAbstractButton* b = Button(window_, ControlId::PositionButton, i))
-      connect(b, &QAbstractButton::toggled, this, [this, i](bool on) { if (on) ChooseHandPosition(i); });
   shownScroll_ = window_.State().staff.scrollValue;
 }
 
@@ -184,18 +180,6 @@ void TransportPanel::ShowTransport() {
     window_.ShowStaffScroll();
     shownScroll_ = s.staff.scrollValue;
   }
-}
-
-// While a score plays or loads the hand stays where it is, and the buttons say so.
-void TransportPanel::ChooseHandPosition(int position) {
-  WindowState& s = window_.State();
-  if (position == s.handPosition) return;
-  if (s.modes.Busy()) {
-    if (QAbstractButton* kept = Button(window_, ControlId::PositionButton, s.handPosition)) kept->setChecked(true);
-    return;
-  }
-  s.handPosition = position;
-  window_.Staff().SetHandPosition(position);
 }
 
 }  // namespace lirenza::window

@@ -69,7 +69,6 @@ class TransportPanel : public QObject {
   void OnTimer();
   void SleepUntilDue();
   void ShowTransport();
-  void ChooseHandPosition(int position);
 
   MainWindow& window_;
   ScoreListRows list_;
