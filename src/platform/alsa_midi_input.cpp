@@ -159,14 +159,14 @@ void AlsaMidiInput::Read() {
     while ((got = snd_seq_event_input(sequencer_, &event)) >= 0 || got == -ENOSPC)
       if (got >= 0 && event)
         if (auto note = reader.Read(*event)) deliver_(*note);
-    if (poll(fds.data(), fds.size(), -1) < 0 && errno != EINTR) break;
+    bool broken = poll(fds.data(), fds.size(), -1) < 0 && errno != EINTR;
     if (fds[count].revents) return;
-    for (int i = 0; i < count; ++i)
-      if (fds[i].revents & (POLLERR | POLLHUP | POLLNVAL)) {
-        // The sequencer went away under us: nothing will end the notes it started.
-        deliver_(MidiNoteEvent{MidiNoteEvent::Kind::AllNotesOff});
-        return;
-      }
+    for (int i = 0; i < count; ++i) broken |= (fds[i].revents & (POLLERR | POLLHUP | POLLNVAL)) != 0;
+    if (broken) {
+      // The sequencer went away under us: nothing will end the notes it started.
+      deliver_(MidiNoteEvent{MidiNoteEvent::Kind::AllNotesOff});
+      return;
+    }
   }
 }
 

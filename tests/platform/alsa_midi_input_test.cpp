@@ -12,92 +12,72 @@ using namespace lirenza;
 using Kind = MidiNoteEvent::Kind;
 
 namespace {
-constexpr unsigned kOut = SND_SEQ_PORT_CAP_READ | SND_SEQ_PORT_CAP_SUBS_READ;
-constexpr unsigned kIn = SND_SEQ_PORT_CAP_WRITE | SND_SEQ_PORT_CAP_SUBS_WRITE;
-constexpr unsigned kMidi = SND_SEQ_PORT_TYPE_MIDI_GENERIC, kHardware = SND_SEQ_PORT_TYPE_HARDWARE;
-constexpr int kOwnClient = 130;
+constexpr unsigned kOut = SND_SEQ_PORT_CAP_READ | SND_SEQ_PORT_CAP_SUBS_READ, kIn = SND_SEQ_PORT_CAP_WRITE | SND_SEQ_PORT_CAP_SUBS_WRITE;
+constexpr unsigned kMidi = SND_SEQ_PORT_TYPE_MIDI_GENERIC;
+constexpr int kOwn = 130;
 
-// What a machine usually shows besides keyboards: the sequencer's own ports, its
-// through port, and ourselves.
-const std::vector<SequencerPort> kUsual = {
-    {0, 0, "System", kOut | kIn, 0}, {0, 1, "System", kOut, 0}, {14, 0, "Midi Through", kOut | kIn, kMidi},
-    {kOwnClient, 0, "Lirenza", kIn, kMidi | SND_SEQ_PORT_TYPE_APPLICATION}, {kOwnClient, 1, "Lirenza", kOut, kMidi}};
+snd_seq_event_t Event(snd_seq_event_type_t type, int a = 0, int b = 0, int c = 0) {
+  snd_seq_event_t e{};
+  e.type = type;
+  auto byte = [](int v) { return static_cast<unsigned char>(v); };
+  if (type == SND_SEQ_EVENT_NOTEON || type == SND_SEQ_EVENT_NOTEOFF) snd_seq_ev_set_noteon(&e, 9, a, b), e.type = type;
+  if (type == SND_SEQ_EVENT_CONTROLLER) snd_seq_ev_set_controller(&e, 0, a, 0);
+  if (type == SND_SEQ_EVENT_PORT_SUBSCRIBED || type == SND_SEQ_EVENT_PORT_UNSUBSCRIBED)
+    e.data.connect = {{byte(a), 0}, {byte(b), byte(c)}};  // a sender, to port c of client b
+  if (type == SND_SEQ_EVENT_PORT_EXIT || type == SND_SEQ_EVENT_CLIENT_EXIT) e.data.addr = {byte(a), byte(b)};
+  return e;
+}
 }  // namespace
 
 TEST(TheOneKeyboard, IsTakenOnlyWhenThereIsExactlyOne) {
-  struct Row {
+  // What a machine shows besides keyboards: the sequencer's own ports, its through port, ourselves.
+  const std::vector<SequencerPort> usual = {{0, 1, "System", kOut, 0}, {14, 0, "Midi Through", kOut | kIn, kMidi},
+                                            {kOwn, 0, "Lirenza", kIn | kOut, kMidi}};
+  const struct {
     const char* name;
     std::vector<SequencerPort> extra;
     int client, port;  // -1: none taken
   } rows[] = {
       {"nothing plugged in", {}, -1, -1},
-      {"a USB keyboard", {{24, 0, "Keystation", kOut | kIn, kMidi | kHardware}}, 24, 0},
-      {"one keyboard of two ports, by its first", {{24, 1, "KB", kOut, kMidi}, {24, 0, "KB", kOut, kHardware}}, 24, 0},
+      {"a USB keyboard", {{24, 0, "Keystation", kOut | kIn, kMidi | SND_SEQ_PORT_TYPE_HARDWARE}}, 24, 0},
+      {"one keyboard of two ports, by its first", {{24, 1, "KB", kOut, kMidi}, {24, 0, "KB", kOut, SND_SEQ_PORT_TYPE_HARDWARE}}, 24, 0},
       {"two keyboards: the user chooses", {{24, 0, "A", kOut, kMidi}, {28, 0, "B", kOut, kMidi}}, -1, -1},
       {"a synthesizer only takes notes", {{128, 0, "FLUID Synth", kIn, kMidi}}, -1, -1},
       {"a port that forbids connections", {{24, 0, "KB", kOut | SND_SEQ_PORT_CAP_NO_EXPORT, kMidi}}, -1, -1},
       {"a port that speaks no MIDI", {{24, 0, "Timer", kOut, SND_SEQ_PORT_TYPE_APPLICATION}}, -1, -1},
   };
-  for (const Row& r : rows) {
-    std::vector<SequencerPort> ports = kUsual;
+  for (const auto& r : rows) {
+    std::vector<SequencerPort> ports = usual;
     ports.insert(ports.end(), r.extra.begin(), r.extra.end());
-    const auto taken = TheOneKeyboard(ports, kOwnClient);
-    EXPECT_EQ(taken ? taken->client : -1, r.client) << r.name;
-    EXPECT_EQ(taken ? taken->port : -1, r.port) << r.name;
+    const auto taken = TheOneKeyboard(ports, kOwn);
+    EXPECT_EQ(taken ? std::pair(taken->client, taken->port) : std::pair(-1, -1), std::pair(r.client, r.port)) << r.name;
   }
 }
 
-namespace {
-snd_seq_event_t Note(bool on, int key, int velocity) {
-  snd_seq_event_t e{};
-  on ? snd_seq_ev_set_noteon(&e, 9, key, velocity) : snd_seq_ev_set_noteoff(&e, 0, key, 64);
-  return e;
-}
-snd_seq_event_t Controller(int number) {
-  snd_seq_event_t e{};
-  snd_seq_ev_set_controller(&e, 0, number, 0);
-  return e;
-}
-snd_seq_event_t Connection(snd_seq_event_type_t type, int sender, int destClient, int destPort) {
-  snd_seq_event_t e{};
-  e.type = type;
-  e.data.connect.sender = {static_cast<unsigned char>(sender), 0};
-  e.data.connect.dest = {static_cast<unsigned char>(destClient), static_cast<unsigned char>(destPort)};
-  return e;
-}
-snd_seq_event_t Gone(snd_seq_event_type_t type, int client, int port = 0) {
-  snd_seq_event_t e{};
-  e.type = type;
-  e.data.addr = {static_cast<unsigned char>(client), static_cast<unsigned char>(port)};
-  return e;
-}
-}  // namespace
-
 // Notes on any channel, the two silencing controllers, and a sender leaving: a keyboard
-// unplugged mid-note never sends the release.
+// unplugged mid-note never sends the release. The sequencer tells a disconnection twice.
 TEST(SequencerNoteReader, NotesSilencersAndDepartingSenders) {
-  const MidiNoteEvent allOff{Kind::AllNotesOff};
-  const std::optional<MidiNoteEvent> none;
+  const std::optional<MidiNoteEvent> none, allOff = MidiNoteEvent{Kind::AllNotesOff};
   const std::pair<snd_seq_event_t, std::optional<MidiNoteEvent>> steps[] = {
-      {Note(true, 60, 90), MidiNoteEvent{Kind::NoteOn, 60, 90}},
-      {Note(true, 60, 0), MidiNoteEvent{Kind::NoteOff, 60, 0}},
-      {Note(false, 127, 64), MidiNoteEvent{Kind::NoteOff, 127, 0}},
-      {Controller(7), none},
-      {Controller(120), allOff},
-      {Controller(123), allOff},
-      {Connection(SND_SEQ_EVENT_PORT_SUBSCRIBED, 20, kOwnClient, 0), none},
-      {Connection(SND_SEQ_EVENT_PORT_UNSUBSCRIBED, 20, 60, 0), none},  // not from our port
-      {Connection(SND_SEQ_EVENT_PORT_UNSUBSCRIBED, 20, kOwnClient, 0), allOff},
-      {Connection(SND_SEQ_EVENT_PORT_UNSUBSCRIBED, 20, kOwnClient, 0), none},  // the same, told again
-      {Connection(SND_SEQ_EVENT_PORT_SUBSCRIBED, 24, kOwnClient, 0), none},
-      {Connection(SND_SEQ_EVENT_PORT_SUBSCRIBED, 28, kOwnClient, 0), none},
-      {Gone(SND_SEQ_EVENT_CLIENT_EXIT, 60), none},  // never connected to us
-      {Gone(SND_SEQ_EVENT_PORT_EXIT, 24, 1), none},
-      {Gone(SND_SEQ_EVENT_PORT_EXIT, 24), allOff},
-      {Gone(SND_SEQ_EVENT_PORT_EXIT, 24), none},
-      {Gone(SND_SEQ_EVENT_CLIENT_EXIT, 28), allOff},
+      {Event(SND_SEQ_EVENT_NOTEON, 60, 90), MidiNoteEvent{Kind::NoteOn, 60, 90}},
+      {Event(SND_SEQ_EVENT_NOTEON, 60, 0), MidiNoteEvent{Kind::NoteOff, 60, 0}},
+      {Event(SND_SEQ_EVENT_NOTEOFF, 127, 64), MidiNoteEvent{Kind::NoteOff, 127, 0}},
+      {Event(SND_SEQ_EVENT_CONTROLLER, 7), none},
+      {Event(SND_SEQ_EVENT_CONTROLLER, 120), allOff},
+      {Event(SND_SEQ_EVENT_CONTROLLER, 123), allOff},
+      {Event(SND_SEQ_EVENT_PORT_SUBSCRIBED, 20, kOwn, 0), none},
+      {Event(SND_SEQ_EVENT_PORT_UNSUBSCRIBED, 20, 60, 0), none},  // not from our port
+      {Event(SND_SEQ_EVENT_PORT_UNSUBSCRIBED, 20, kOwn, 0), allOff},
+      {Event(SND_SEQ_EVENT_PORT_UNSUBSCRIBED, 20, kOwn, 0), none},
+      {Event(SND_SEQ_EVENT_PORT_SUBSCRIBED, 24, kOwn, 0), none},
+      {Event(SND_SEQ_EVENT_PORT_SUBSCRIBED, 28, kOwn, 0), none},
+      {Event(SND_SEQ_EVENT_CLIENT_EXIT, 60), none},  // never connected to us
+      {Event(SND_SEQ_EVENT_PORT_EXIT, 24, 1), none},
+      {Event(SND_SEQ_EVENT_PORT_EXIT, 24, 0), allOff},
+      {Event(SND_SEQ_EVENT_PORT_EXIT, 24, 0), none},
+      {Event(SND_SEQ_EVENT_CLIENT_EXIT, 28), allOff},
   };
-  SequencerNoteReader reader(kOwnClient, 0);
+  SequencerNoteReader reader(kOwn, 0);
   int n = 0;
   for (const auto& [event, expected] : steps) EXPECT_EQ(reader.Read(event), expected) << "step " << n++;
 }
@@ -130,7 +110,8 @@ TEST(AlsaMidiInput, ANoteSentToTheLirenzaPortArrives) {
     const int out = snd_seq_create_simple_port(keyboard, "keys", kOut, SND_SEQ_PORT_TYPE_APPLICATION);
     ASSERT_GE(out, 0);
     ASSERT_EQ(snd_seq_connect_to(keyboard, out, client, port), 0);
-    for (snd_seq_event_t e : {Note(true, 64, 90), Note(true, 64, 0), Controller(123)}) {
+    for (snd_seq_event_t e : {Event(SND_SEQ_EVENT_NOTEON, 64, 90), Event(SND_SEQ_EVENT_NOTEON, 64, 0),
+                              Event(SND_SEQ_EVENT_CONTROLLER, 123)}) {
       snd_seq_ev_set_source(&e, out);
       snd_seq_ev_set_subs(&e);
       snd_seq_ev_set_direct(&e);
@@ -153,8 +134,7 @@ TEST(AlsaMidiInput, WithoutASequencerSaysSoInOneSentence) {
     GTEST_SKIP() << "this machine has an ALSA sequencer";
   }
   AlsaMidiInput input;
-  EXPECT_FALSE(input.Listen([](const MidiNoteEvent&) { ADD_FAILURE() << "a note from nowhere"; }));
-  const std::string problem = input.Problem();
-  EXPECT_NE(problem.find("MIDI"), std::string::npos) << problem;
-  EXPECT_EQ(problem.find("。"), problem.size() - std::string("。").size()) << "one sentence: " << problem;
+  EXPECT_FALSE(input.Listen([](const MidiNoteEvent&) {}));
+  const std::string problem = input.Problem(), stop = "。";
+  EXPECT_TRUE(problem.find("MIDI") != std::string::npos && problem.find(stop) == problem.size() - stop.size()) << problem;
 }
