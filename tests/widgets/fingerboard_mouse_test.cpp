@@ -1,0 +1,294 @@
+// The mouse as the left hand, through the real window and its own violin picture: what
+// a press on the fingerboard sounds on the live player, draws and enters, and that every
+// note it starts ends, with its finger wiped, however the mouse is let go or taken away.
+#include <QContextMenuEvent>
+#include <QDialog>
+#include <QScrollBar>
+
+#include "violin/fingerboard.h"
+#include "window_fixture.h"
+
+using namespace lirenza;
+using layout::ControlId;
+using testing::Log;
+
+namespace {
+
+QRect Box(const Rect& r) { return {r.x, r.y, r.width, r.height}; }
+
+// The pixels of a that differ from b.
+QRegion Differences(const QImage& a, const QImage& b) {
+  QRegion changed;
+  for (int y = 0; y < a.height(); ++y)
+    for (int x = 0; x < a.width(); ++x)
+      if (a.pixel(x, y) != b.pixel(x, y)) changed += QRect(x, y, 1, 1);
+  return changed;
+}
+
+std::string On(int index) { return "player0 p(" + std::to_string(index) + ") 80"; }
+std::string Off(int index) { return "player0 p(" + std::to_string(index) + ") 0"; }
+
+// What happens while a note is held, before the mouse is let go.
+enum class Meanwhile { Nothing, OtherWindowActive, DialogOpens, ContextMenuOpens, ViolinHidden, Retuned,
+                       PlayStarts, PlayStartsAndStops, EditModeChosen };
+
+}  // namespace
+
+Q_DECLARE_METATYPE(Meanwhile)
+
+class FingerboardMouseTest : public testing::WindowTest {
+  Q_OBJECT
+
+  QImage clean;  // the violin canvas as it shows with no note on
+
+  QWidget* Canvas() { return Get(ControlId::ViolinCanvas); }
+  QWidget* Bow() { return Get(ControlId::BowCanvas); }
+  // What the violin canvas shows that the clean violin does not.
+  QRegion Inked() { return Differences(testing::Grab(Canvas()), clean); }
+  // Through the window, as the pointer would: the toolkit decides who gets the event.
+  QPoint InWindow(QPoint onCanvas) { return Canvas()->mapTo(window.get(), onCanvas); }
+  void Press(QPoint onCanvas, Qt::KeyboardModifiers mods = {}) {
+    QTest::mousePress(window->windowHandle(), Qt::LeftButton, mods, InWindow(onCanvas));
+  }
+  // Let go far from the violin, over the staff.
+  void ReleaseOverStaff() {
+    QTest::mouseRelease(window->windowHandle(), Qt::LeftButton, {}, View().mapTo(window.get(), QPoint(300, 70)));
+  }
+  // The notes started and ended on the live player (its instrument changes left out).
+  Log Live() {
+    return sound->Lines([](const std::string& l) { return l.starts_with("player0 ") && !l.starts_with("player0 inst"); });
+  }
+
+ private slots:
+  // The window draws on its own violin, as the real program does.
+  void init() {
+    window.reset();
+    sound = std::make_unique<testing::FakeSound>(), clock = std::make_shared<testing::FakeClock>();
+    confirm = std::make_shared<testing::FakeConfirm>(), dialogs = std::make_shared<testing::FakeDialogs>();
+    closeQuestion = std::make_shared<testing::FakeCloseQuestion>();
+    window::WindowServices services;
+    services.ports = sound->ports;
+    services.ports.view = nullptr;
+    services.clock = clock, services.confirm = confirm, services.dialogs = dialogs;
+    services.closeQuestion = closeQuestion;
+    window = std::make_unique<MainWindow>(services);
+    window->show();
+    QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    window->State().tuning = testing::MarkedTuning();
+    clean = testing::Grab(Canvas());
+  }
+
+  // Rows of strings from E (top) to G, cells a semitone apart from the nut; a black key
+  // is written as a sharp of the line below, or with Alt as a flat of the line above.
+  void aPressSoundsShowsAndEntersWhatItLandsOn_data() {
+    QTest::addColumn<QPoint>("at");  // in the violin canvas
+    QTest::addColumn<bool>("alt");
+    QTest::addColumn<int>("sounding");  // pitch index; -1: the press plays nothing
+    QTest::addColumn<int>("line");      // the staff line the note is written on
+    QTest::addColumn<int>("accidental");  // 0 none, 1 sharp, 2 flat
+    QTest::addColumn<int>("string");
+    QTest::addColumn<int>("cell");
+    QTest::newRow("open E at the nut, top edge of its row") << QPoint(95, 185) << false << 76 << 76 << 0 << 1 << 0;
+    QTest::newRow("A string, first finger: a sharp") << QPoint(115, 197) << false << 70 << 69 << 1 << 2 << 1;
+    QTest::newRow("the same with Alt: a flat") << QPoint(115, 197) << true << 70 << 71 << 2 << 2 << 1;
+    QTest::newRow("D string, last cell before the gap") << QPoint(359, 208) << false << 72 << 72 << 0 << 3 << 10;
+    QTest::newRow("the gap plays the open string") << QPoint(370, 219) << false << 55 << 55 << 0 << 4 << 0;
+    QTest::newRow("after the gap the cells count on") << QPoint(385, 190) << false << 87 << 86 << 1 << 1 << 11;
+    QTest::newRow("cell 18, bottom edge: sounds, not drawn") << QPoint(584, 228) << true << 73 << 74 << 2 << 4 << 18;
+    QTest::newRow("left of the cells: open string") << QPoint(40, 201) << false << 69 << 69 << 0 << 2 << 0;
+    QTest::newRow("right of the cells: open string") << QPoint(585, 212) << false << 62 << 62 << 0 << 3 << 0;
+    QTest::newRow("just above the strings") << QPoint(200, 184) << false << -1 << 0 << 0 << 0 << 0;
+    QTest::newRow("just below the strings") << QPoint(200, 229) << false << -1 << 0 << 0 << 0 << 0;
+  }
+  void aPressSoundsShowsAndEntersWhatItLandsOn() {
+    QFETCH(QPoint, at);
+    QFETCH(bool, alt);
+    QFETCH(int, sounding);
+    QFETCH(int, line);
+    QFETCH(int, accidental);
+    QFETCH(int, string);
+    QFETCH(int, cell);
+    const int column = TheStaff().entryLeft;
+    Press(at, alt ? Qt::AltModifier : Qt::NoModifier);
+
+    if (sounding < 0) {
+      ReleaseOverStaff();
+      QCOMPARE(Live(), Log());
+      QCOMPARE(TheStaff().NoteCount(), 0);
+      QCOMPARE(Inked(), QRegion());
+      return;
+    }
+    QCOMPARE(Live(), Log{On(sounding)});
+    const HandGeometry hand = HandGeometryAt(string, cell);
+    const QRegion drawn = Inked();
+    QCOMPARE(drawn.isEmpty(), !hand.drawn);
+    QCOMPARE(Bow()->isVisible(), hand.drawn);
+    if (hand.drawn) {
+      QCOMPARE(drawn - (Box(hand.finger) | Box(hand.string) | Bow()->geometry()), QRegion());
+      QVERIFY(!(drawn & Box(hand.string)).isEmpty());
+    }
+    QCOMPARE(TheStaff().NoteCount(), 1);
+    const Note& note = TheStaff().notes[1];
+    QCOMPARE(note.left, column);
+    QCOMPARE(note.linePitch, line);
+    QCOMPARE(note.accidentalSign, accidental);
+    QCOMPARE(note.pitch, sounding);  // written as it sounded
+    QCOMPARE(TheStaff().entryLeft, column + 32);
+
+    ReleaseOverStaff();
+    QCOMPARE(Live(), (Log{On(sounding), Off(sounding)}));
+    QCOMPARE(Inked(), QRegion());
+    QVERIFY(!Bow()->isVisible());
+    // The note is one step of the history.
+    window->RunMenuCommand(window::MenuCommand::Undo);
+    QCOMPARE(TheStaff().NoteCount(), 0);
+  }
+
+  // The note about to be entered would fall right of the staff: the staff pages on by
+  // whole bars first, whether or not the press then finds a string.
+  void theStaffPagesWhenTheEntryColumnPassedIt_data() {
+    QTest::addColumn<int>("column");
+    QTest::addColumn<int>("y");
+    QTest::addColumn<int>("scroll");
+    QTest::addColumn<int>("noteLeft");  // -1: no note
+    QTest::newRow("last column of the staff") << 952 << 190 << 0 << 952;
+    QTest::newRow("past the staff") << 984 << 190 << 720 << 280;
+    QTest::newRow("past the staff, a press above the strings") << 984 << 150 << 720 << -1;
+  }
+  void theStaffPagesWhenTheEntryColumnPassedIt() {
+    QFETCH(int, column);
+    QFETCH(int, y);
+    QFETCH(int, scroll);
+    QFETCH(int, noteLeft);
+    TheStaff().entryLeft = column;
+    Press({200, y});
+    ReleaseOverStaff();
+    QCOMPARE(TheStaff().scrollValue, scroll);
+    QCOMPARE(Get<QScrollBar>(ControlId::StaffScrollBar)->value(), scroll);
+    QCOMPARE(TheStaff().NoteCount(), noteLeft < 0 ? 0 : 1);
+    if (noteLeft >= 0) QCOMPARE(TheStaff().notes[1].left, noteLeft);
+  }
+
+  // While a score plays the fingerboard is no input: nothing sounds, nothing is entered,
+  // the staff does not page, and the release that follows ends nothing either.
+  void aPressDuringPlaybackIsIgnoredAndSoIsItsRelease() {
+    Press({115, 197});
+    ReleaseOverStaff();
+    const Log before = Live();
+    QCOMPARE(before.size(), 2u);
+    Click(ControlId::TransportButton, 0);
+    QVERIFY(window->State().modes.playing);
+    TheStaff().entryLeft = 984;
+    Press({140, 208});
+    ReleaseOverStaff();
+    QCOMPARE(Live(), before);
+    QCOMPARE(TheStaff().NoteCount(), 1);
+    QCOMPARE(TheStaff().scrollValue, 0);
+    Click(ControlId::TransportButton, 1);
+  }
+
+  // The bow stands over the strings while another note sounds; a press on it is a
+  // press on the string under it (right of the cells: the open string).
+  void aPressOnTheShownBowReachesTheString() {
+    window->Services().ports.view->ShowFinger(4, 2);  // a note from elsewhere shows the bow
+    QVERIFY(Bow()->isVisible());
+    Press({Bow()->geometry().center().x(), 186});
+    ReleaseOverStaff();
+    QCOMPARE(Live(), (Log{On(76), Off(76)}));
+    QCOMPARE(TheStaff().NoteCount(), 1);
+  }
+
+  // A quick second press comes as a double click: it is one more note, not a press on
+  // the window's body, which would minimise the window.
+  void aQuickSecondPressIsAnotherNote() {
+    QTest::mouseDClick(window->windowHandle(), Qt::LeftButton, {}, InWindow({215, 197}));
+    QCOMPARE(Live(), (Log{On(74), Off(74), On(74), Off(74)}));
+    QCOMPARE(TheStaff().NoteCount(), 2);
+    QVERIFY(!window->isMinimized());
+    QCOMPARE(Inked(), QRegion());
+  }
+
+  // Whatever happens while a note is held, it ends exactly once with its finger wiped:
+  // at once when its release can no longer come, else at the release. Afterwards the
+  // violin plays as before.
+  void aHeldNoteAlwaysEndsOnce_data() {
+    QTest::addColumn<Meanwhile>("meanwhile");
+    QTest::addColumn<bool>("endsAtOnce");
+    QTest::newRow("released away from the violin") << Meanwhile::Nothing << false;
+    QTest::newRow("another window becomes active") << Meanwhile::OtherWindowActive << true;
+    QTest::newRow("a dialog opens") << Meanwhile::DialogOpens << true;
+    QTest::newRow("a context menu opens") << Meanwhile::ContextMenuOpens << true;
+    QTest::newRow("the violin is hidden") << Meanwhile::ViolinHidden << true;
+    QTest::newRow("the key's tuning changes") << Meanwhile::Retuned << false;
+    QTest::newRow("play starts") << Meanwhile::PlayStarts << false;
+    QTest::newRow("play starts and stops") << Meanwhile::PlayStartsAndStops << false;
+    QTest::newRow("edit mode is chosen") << Meanwhile::EditModeChosen << false;
+  }
+  void aHeldNoteAlwaysEndsOnce() {
+    QFETCH(Meanwhile, meanwhile);
+    QFETCH(bool, endsAtOnce);
+    QWidget other;
+    if (meanwhile == Meanwhile::OtherWindowActive) {
+      other.show();
+      QVERIFY(QTest::qWaitForWindowActive(&other));
+      window->activateWindow();
+      QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    }
+    QDialog dialog(window.get());
+    const Log played{On(74), Off(74)};  // A string, fifth cell
+
+    Press({215, 197});
+    QCOMPARE(Live(), Log{On(74)});
+    switch (meanwhile) {
+      case Meanwhile::Nothing: break;
+      case Meanwhile::OtherWindowActive:
+        other.activateWindow();
+        QTRY_VERIFY(!window->isActiveWindow());
+        break;
+      case Meanwhile::DialogOpens: dialog.open(); break;
+      case Meanwhile::ContextMenuOpens: {
+        QWidget* field = Get(ControlId::RatioField, 0);  // the Menu key on a text field
+        QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, field->rect().center(), field->mapToGlobal(field->rect().center()));
+        QApplication::sendEvent(field, &menuKey);
+        QTRY_VERIFY(QApplication::activePopupWidget());
+        break;
+      }
+      case Meanwhile::ViolinHidden: Canvas()->hide(); break;
+      case Meanwhile::Retuned:
+        for (auto& pitch : window->State().tuning.pitches) pitch += 5;
+        break;
+      case Meanwhile::PlayStarts:
+      case Meanwhile::PlayStartsAndStops:
+        Click(ControlId::TransportButton, 0);
+        QVERIFY(window->State().modes.playing);
+        if (meanwhile == Meanwhile::PlayStartsAndStops) Click(ControlId::TransportButton, 1);
+        break;
+      case Meanwhile::EditModeChosen: Get<QAbstractButton>(ControlId::ModeButton, 0)->click(); break;
+    }
+    if (endsAtOnce) {
+      QCOMPARE(Live(), played);
+      QCOMPARE(Inked(), QRegion());
+      QVERIFY(!Bow()->isVisible());
+    }
+
+    if (QWidget* popup = QApplication::activePopupWidget()) popup->close();
+    dialog.close();
+    Canvas()->show();
+    window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    ReleaseOverStaff();
+    Click(ControlId::TransportButton, 1);
+    QCOMPARE(Live(), played);
+    QCOMPARE(Inked(), QRegion());
+    QVERIFY(!Bow()->isVisible());
+
+    window->State().tuning = testing::MarkedTuning();
+    Press({115, 197});
+    ReleaseOverStaff();
+    QCOMPARE(Live().size(), 4u);
+    QCOMPARE(Live().back(), Off(70));
+  }
+};
+
+QTEST_MAIN(FingerboardMouseTest)
+#include "fingerboard_mouse_test.moc"
