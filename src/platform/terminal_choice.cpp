@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <filesystem>
 
 namespace lirenza {
 namespace {
@@ -11,6 +12,8 @@ namespace {
 // How a terminal takes the command it is to run.
 enum class CommandStyle {
   AfterDashE,        // -e program arguments...: the xterm convention, which Debian asks of x-terminal-emulator
+  // xterm's own fonts have no Japanese: the desktop's monospace face, through fontconfig, has.
+  XtermWithFace,
   AfterDashX,        // -x program arguments...: their -e wants a single string
   AfterDoubleDash,   // -- program arguments...: gnome-terminal's -e is deprecated and takes one string
   AfterStartDashes,  // start -- program arguments...
@@ -20,6 +23,7 @@ enum class CommandStyle {
 struct Terminal {
   std::string_view name;
   CommandStyle style;
+  bool tried = true;  // false: known only when $TERMINAL or a link names it
 };
 
 // Tried in this order after $TERMINAL. The desktop's choice first; the freedesktop
@@ -39,7 +43,10 @@ constexpr std::array kTerminals = {
     Terminal{"foot", CommandStyle::Appended},
     Terminal{"wezterm", CommandStyle::AfterStartDashes},
     Terminal{"urxvt", CommandStyle::AfterDashE},
-    Terminal{"xterm", CommandStyle::AfterDashE},
+    Terminal{"xterm", CommandStyle::XtermWithFace},
+    // Debian's xterm wrappers, which hand every argument on to xterm.
+    Terminal{"uxterm", CommandStyle::XtermWithFace, false},
+    Terminal{"lxterm", CommandStyle::XtermWithFace, false},
 };
 
 bool IsExecutableFile(const std::string& path) {
@@ -52,17 +59,28 @@ std::string_view BaseName(std::string_view path) {
   return slash == std::string_view::npos ? path : path.substr(slash + 1);
 }
 
-CommandStyle StyleOf(std::string_view program) {
+std::optional<CommandStyle> KnownStyle(std::string_view program) {
   const std::string_view name = BaseName(program);
   for (const Terminal& terminal : kTerminals)
     if (terminal.name == name) return terminal.style;
-  return CommandStyle::AfterDashE;
+  return std::nullopt;
+}
+
+// The way of the terminal a program really is: x-terminal-emulator is a link, through
+// the alternatives, to the desktop's terminal, and that one's own way is the surer one.
+CommandStyle StyleOf(const std::string& found, std::string_view asNamed) {
+  std::error_code error;
+  const std::filesystem::path target = std::filesystem::canonical(found, error);
+  if (!error)
+    if (std::optional<CommandStyle> style = KnownStyle(target.filename().string())) return *style;
+  return KnownStyle(asNamed).value_or(CommandStyle::AfterDashE);
 }
 
 ProgramCall Call(std::string program, CommandStyle style, const std::vector<std::string>& command) {
   ProgramCall call{std::move(program), {}};
   switch (style) {
     case CommandStyle::AfterDashE: call.arguments = {"-e"}; break;
+    case CommandStyle::XtermWithFace: call.arguments = {"-fa", "monospace", "-e"}; break;
     case CommandStyle::AfterDashX: call.arguments = {"-x"}; break;
     case CommandStyle::AfterDoubleDash: call.arguments = {"--"}; break;
     case CommandStyle::AfterStartDashes: call.arguments = {"start", "--"}; break;
@@ -96,10 +114,11 @@ std::optional<std::string> FindProgram(std::string_view name, std::string_view p
 std::optional<ProgramCall> CallInTerminal(const std::vector<std::string>& command, std::string_view terminalVariable,
                                           std::string_view pathVariable) {
   if (std::optional<std::string> chosen = FindProgram(terminalVariable, pathVariable))
-    return Call(*chosen, StyleOf(terminalVariable), command);
+    return Call(*chosen, StyleOf(*chosen, terminalVariable), command);
   for (const Terminal& terminal : kTerminals)
-    if (std::optional<std::string> found = FindProgram(terminal.name, pathVariable))
-      return Call(*found, terminal.style, command);
+    if (terminal.tried)
+      if (std::optional<std::string> found = FindProgram(terminal.name, pathVariable))
+        return Call(*found, StyleOf(*found, terminal.name), command);
   return std::nullopt;
 }
 

@@ -21,9 +21,9 @@ std::optional<std::string> FindProgram(std::string_view name, std::string_view p
 
 // The call that opens a terminal window running command (the program, then its
 // arguments, each handed over as one word). terminalVariable is $TERMINAL: when it names
-// a program that is installed, that one is used, in its own way if it is a terminal
-// known here and otherwise with -e, which most terminals take. Nothing when no
-// terminal is installed.
+// a program that is installed, that one is used. Each is handed the command in the way
+// of the terminal it is, after following links, and with -e, which most terminals take,
+// when it is none known here. Nothing when no terminal is installed.
 std::optional<ProgramCall> CallInTerminal(const std::vector<std::string>& command, std::string_view terminalVariable,
                                           std::string_view pathVariable);
 

@@ -50,7 +50,7 @@ TEST_F(TerminalChoice, TheFirstInstalledTerminalRunsTheCommandItsOwnWay) {
     std::vector<std::string> arguments;
   };
   const Row rows[] = {
-      {{"xterm"}, "", "xterm", Then({"-e"})},
+      {{"xterm"}, "", "xterm", Then({"-fa", "monospace", "-e"})},
       {{"xterm", "x-terminal-emulator", "gnome-terminal"}, "", "x-terminal-emulator", Then({"-e"})},
       {{"xterm", "gnome-terminal"}, "", "gnome-terminal", Then({"--"})},
       {{"xterm", "xfce4-terminal"}, "", "xfce4-terminal", Then({"-x"})},
@@ -72,6 +72,25 @@ TEST_F(TerminalChoice, TheFirstInstalledTerminalRunsTheCommandItsOwnWay) {
     ASSERT_TRUE(call);
     EXPECT_EQ(call->program, (bin / row.chosen).string());
     EXPECT_EQ(call->arguments, row.arguments);
+  }
+}
+
+// x-terminal-emulator is a link to the desktop's terminal: the terminal at its end says
+// how it takes a command, and a wrapper unknown here keeps the desktop's own -e.
+TEST_F(TerminalChoice, TheDesktopsTerminalIsHandedTheCommandTheWayOfWhatItLinksTo) {
+  const std::pair<std::string, std::vector<std::string>> rows[] = {
+      {"gnome-terminal", Then({"--"})},
+      {"lxterm", Then({"-fa", "monospace", "-e"})},
+      {"gnome-terminal.wrapper", Then({"-e"})},
+  };
+  for (const auto& [target, arguments] : rows) {
+    SCOPED_TRACE(target);
+    fs::remove_all(bin), fs::create_directories(bin / "second");
+    fs::create_symlink(Install(target, true, "second"), bin / "x-terminal-emulator");
+    const std::optional<ProgramCall> call = CallInTerminal(kCommand, "", Path());
+    ASSERT_TRUE(call);
+    EXPECT_EQ(call->program, (bin / "x-terminal-emulator").string());
+    EXPECT_EQ(call->arguments, arguments);
   }
 }
 

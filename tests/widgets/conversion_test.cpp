@@ -54,11 +54,11 @@ class ConversionTest : public testing::WindowTest {
  private slots:
   void initTestCase() { oldPath = qgetenv("PATH"); }
   void init() {
-    // A PATH with only an xterm in it, and a scripts folder of programs that do nothing.
+    // A PATH with only the desktop's terminal in it, and a scripts folder of programs that do nothing.
     dir = std::make_unique<QTemporaryDir>();
     bin = dir->filePath("bin"), scripts = dir->filePath("scripts");
     QDir().mkpath(bin), QDir().mkpath(scripts);
-    MakeProgram(bin + "/xterm");
+    MakeProgram(bin + "/x-terminal-emulator");
     for (const char* name : {"SetVolume", "PlayMidi.command", "MidiToAiff.command", "PlayAiff.command", "run-and-wait"})
       MakeProgram(scripts + "/" + name);
     qputenv("PATH", bin.toLocal8Bit());
@@ -95,7 +95,7 @@ class ConversionTest : public testing::WindowTest {
     Press(button);
     QVERIFY2(Shown(button) != atRest, "the button does not look pressed");
     // The script gets no arguments of its own; the wrapper keeps the window open after it.
-    const QStringList expected = {bin + "/xterm", "-e", scripts + "/run-and-wait", scripts + "/" + script};
+    const QStringList expected = {bin + "/x-terminal-emulator", "-e", scripts + "/run-and-wait", scripts + "/" + script};
     QCOMPARE(launcher->started, QList<QStringList>{expected});
     Release(button);
     QCOMPARE(Shown(button), atRest);
@@ -117,7 +117,7 @@ class ConversionTest : public testing::WindowTest {
   void whatTheUserMustInstallIsToldInOneSentence() {
     QFETCH(bool, scriptMissing);
     QFETCH(QString, named);
-    QFile::remove(scriptMissing ? scripts + "/MidiToAiff.command" : bin + "/xterm");
+    QFile::remove(scriptMissing ? scripts + "/MidiToAiff.command" : bin + "/x-terminal-emulator");
     const QImage atRest = Shown(2);
     Press(2);
     QVERIFY(launcher->started.isEmpty());
