@@ -120,13 +120,16 @@ class WindowTest : public QObject {
   std::shared_ptr<FakeLauncher> launcher;
   std::unique_ptr<MainWindow> window;
 
-  void MakeWindow() {
+  // drawsOwnViolin: no fake fingerboard, so the window paints fingers on its violin canvas.
+  void MakeWindow(bool drawsOwnViolin = false) {
     window.reset();  // it holds the old fakes
     sound = std::make_unique<FakeSound>(), clock = std::make_shared<FakeClock>();
     confirm = std::make_shared<FakeConfirm>(), dialogs = std::make_shared<FakeDialogs>();
     closeQuestion = std::make_shared<FakeCloseQuestion>(), launcher = std::make_shared<FakeLauncher>();
+    SoundPorts ports = sound->ports;
+    if (drawsOwnViolin) ports.view = nullptr;
     window = std::make_unique<MainWindow>(
-        window::WindowServices{sound->ports, clock, confirm, dialogs, closeQuestion, launcher});
+        window::WindowServices{ports, clock, confirm, dialogs, closeQuestion, launcher});
     window->show();
     QVERIFY(QTest::qWaitForWindowActive(window.get()));
   }
