@@ -62,18 +62,7 @@ class FingerboardMouseTest : public testing::WindowTest {
  private slots:
   // The window draws on its own violin, as the real program does.
   void init() {
-    window.reset();
-    sound = std::make_unique<testing::FakeSound>(), clock = std::make_shared<testing::FakeClock>();
-    confirm = std::make_shared<testing::FakeConfirm>(), dialogs = std::make_shared<testing::FakeDialogs>();
-    closeQuestion = std::make_shared<testing::FakeCloseQuestion>();
-    window::WindowServices services;
-    services.ports = sound->ports;
-    services.ports.view = nullptr;
-    services.clock = clock, services.confirm = confirm, services.dialogs = dialogs;
-    services.closeQuestion = closeQuestion;
-    window = std::make_unique<MainWindow>(services);
-    window->show();
-    QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    MakeWindow(true);
     window->State().tuning = testing::MarkedTuning();
     clean = testing::Grab(Canvas());
   }
