@@ -18,10 +18,6 @@ FingerboardPanel::FingerboardPanel(MainWindow& window)
   // The bow stands over the strings while a note sounds: a press on it is a press on
   // the string under it.
   if (QWidget* bow = window.Control(ControlId::BowCanvas)) bow->setAttribute(Qt::WA_TransparentForMouseEvents);
-  // Switching to another program while the mouse is held: its release goes elsewhere.
-  connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
-    if (holding_ && state != Qt::ApplicationActive) EndHeldNote();
-  });
 }
 
 // Not holding a note, only the violin's events come here. Holding one, the whole
@@ -65,6 +61,8 @@ bool FingerboardPanel::MustEndHeldNote(QObject* watched, QEvent* event) const {
       return static_cast<const QMouseEvent*>(event)->button() == Qt::LeftButton;
     case QEvent::WindowDeactivate:
       return watched == &window_;
+    case QEvent::ApplicationStateChange:  // another program took over
+      return static_cast<const QApplicationStateChangeEvent*>(event)->applicationState() != Qt::ApplicationActive;
     case QEvent::Show: {
       // A dialog or a menu that opens takes the mouse with it. A tooltip does not.
       if (!watched->isWidgetType()) return false;

@@ -29,7 +29,7 @@ std::string On(int index) { return "player0 p(" + std::to_string(index) + ") 80"
 std::string Off(int index) { return "player0 p(" + std::to_string(index) + ") 0"; }
 
 // What happens while a note is held, before the mouse is let go.
-enum class Meanwhile { Nothing, OtherWindowActive, DialogOpens, ContextMenuOpens, ViolinHidden, Retuned,
+enum class Meanwhile { Nothing, OtherWindowActive, OtherProgramActive, DialogOpens, ContextMenuOpens, ViolinHidden, Retuned,
                        PlayStarts, PlayStartsAndStops, EditModeChosen };
 
 }  // namespace
@@ -205,6 +205,7 @@ class FingerboardMouseTest : public testing::WindowTest {
     QTest::addColumn<bool>("endsAtOnce");
     QTest::newRow("released away from the violin") << Meanwhile::Nothing << false;
     QTest::newRow("another window becomes active") << Meanwhile::OtherWindowActive << true;
+    QTest::newRow("another program becomes active") << Meanwhile::OtherProgramActive << true;
     QTest::newRow("a dialog opens") << Meanwhile::DialogOpens << true;
     QTest::newRow("a context menu opens") << Meanwhile::ContextMenuOpens << true;
     QTest::newRow("the violin is hidden") << Meanwhile::ViolinHidden << true;
@@ -234,6 +235,11 @@ class FingerboardMouseTest : public testing::WindowTest {
         other.activateWindow();
         QTRY_VERIFY(!window->isActiveWindow());
         break;
+      case Meanwhile::OtherProgramActive: {
+        QApplicationStateChangeEvent inactive(Qt::ApplicationInactive);
+        QApplication::sendEvent(qApp, &inactive);
+        break;
+      }
       case Meanwhile::DialogOpens: dialog.open(); break;
       case Meanwhile::ContextMenuOpens: {
         QWidget* field = Get(ControlId::RatioField, 0);  // the Menu key on a text field
