@@ -29,8 +29,10 @@ std::string On(int index) { return "player0 p(" + std::to_string(index) + ") 80"
 std::string Off(int index) { return "player0 p(" + std::to_string(index) + ") 0"; }
 
 // What happens while a note is held, before the mouse is let go.
-enum class Meanwhile { Nothing, OtherWindowActive, OtherProgramActive, DialogOpens, ContextMenuOpens, ViolinHidden, Retuned,
-                       PlayStarts, PlayStartsAndStops, EditModeChosen };
+enum class Meanwhile {
+  Nothing, OtherWindowActive, OtherProgramActive, DialogOpens, ContextMenuOpens, ViolinHidden, Retuned,
+  PlayStarts, PlayStartsAndStops, EditModeChosen,
+};
 
 }  // namespace
 
@@ -56,7 +58,9 @@ class FingerboardMouseTest : public testing::WindowTest {
   }
   // The notes started and ended on the live player (its instrument changes left out).
   Log Live() {
-    return sound->Lines([](const std::string& l) { return l.starts_with("player0 ") && !l.starts_with("player0 inst"); });
+    return sound->Lines([](const std::string& l) {
+      return l.starts_with("player0 ") && !l.starts_with("player0 inst");
+    });
   }
 
  private slots:
@@ -243,13 +247,14 @@ class FingerboardMouseTest : public testing::WindowTest {
       case Meanwhile::DialogOpens: dialog.open(); break;
       case Meanwhile::ContextMenuOpens: {
         QWidget* field = Get(ControlId::RatioField, 0);  // the Menu key on a text field
-        QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, field->rect().center(), field->mapToGlobal(field->rect().center()));
+        const QPoint middle = field->rect().center();
+        QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, middle, field->mapToGlobal(middle));
         QApplication::sendEvent(field, &menuKey);
         QTRY_VERIFY(QApplication::activePopupWidget());
         break;
       }
       case Meanwhile::ViolinHidden: Canvas()->hide(); break;
-      case Meanwhile::Retuned:
+      case Meanwhile::Retuned:  // as a new key retunes every pitch
         for (auto& pitch : window->State().tuning.pitches) pitch += 5;
         break;
       case Meanwhile::PlayStarts:
@@ -272,7 +277,7 @@ class FingerboardMouseTest : public testing::WindowTest {
     window->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(window.get()));
     ReleaseOverStaff();
-    Click(ControlId::TransportButton, 1);
+    Click(ControlId::TransportButton, 1);  // a score still playing stops before the picture is read
     QCOMPARE(Live(), played);
     QCOMPARE(Inked(), QRegion());
     QVERIFY(!Bow()->isVisible());
