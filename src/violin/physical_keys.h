@@ -33,6 +33,7 @@ class HeldKeys : public KeyState {
     held_.reset();
     return any;
   }
+  bool Holds(int evdevCode) const { return AsyncKeyDown(MacKeyCodeOfEvdev(evdevCode)); }
   bool AsyncKeyDown(int macCode) const override {
     return macCode >= 0 && macCode < kMacKeyCodes && held_.test(static_cast<std::size_t>(macCode));
   }

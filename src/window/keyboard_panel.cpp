@@ -10,6 +10,7 @@
 #include <QPlainTextEdit>
 #include <QSlider>
 #include <QTextEdit>
+#include <utility>
 
 #include "window/main_window.h"
 #include "window/staff_view.h"
@@ -48,6 +49,10 @@ KeyboardPanel::KeyboardPanel(MainWindow& window) : QObject(&window), window_(win
   pending_.setSingleShot(true);
   pending_.setInterval(0);
   connect(&pending_, &QTimer::timeout, this, &KeyboardPanel::RunPasses);
+  repeatWait_.setSingleShot(true);
+  repeatWait_.setInterval(kRepeatWaitMs);
+  repeatWait_.setTimerType(Qt::PreciseTimer);
+  connect(&repeatWait_, &QTimer::timeout, this, [this] { if (ReleaseWaitingKey()) RunPasses(); });
 
   for (int i = 0; i < kHandPositions; ++i)
     if (auto* b = qobject_cast<QAbstractButton*>(window_.Control(ControlId::PositionButton, i)))
@@ -83,8 +88,9 @@ bool KeyboardPanel::eventFilter(QObject* watched, QEvent* event) {
       const auto& key = static_cast<const QKeyEvent&>(*event);
       const bool own = IsOwnWidget(watched);
       const bool panicFirst = own && event->type() == QEvent::KeyPress;
+      const bool repeat = IsRepeat(key);
       const bool changed = FollowKey(key, own);
-      const bool taken = panicFirst && TakeWindowKey(key, static_cast<QWidget*>(watched));
+      const bool taken = panicFirst && TakeWindowKey(key, repeat, static_cast<QWidget*>(watched));
       if (changed) RunPasses();
       return taken;
     }
@@ -109,20 +115,51 @@ bool KeyboardPanel::eventFilter(QObject* watched, QEvent* event) {
   }
 }
 
-bool KeyboardPanel::FollowKey(const QKeyEvent& key, bool ownWindow) {
-  // A repeat is the key still held; a synthetic event names no physical key.
-  if (key.isAutoRepeat() || key.nativeScanCode() <= kScanCodeOffset) return false;
-  const int evdev = static_cast<int>(key.nativeScanCode()) - kScanCodeOffset;
-  // A key pressed for a menu or a dialog is theirs; a key coming up counts anywhere.
-  if (key.type() == QEvent::KeyPress) return ownWindow && held_.Press(evdev);
-  return held_.Release(evdev);
+int KeyboardPanel::EvdevOf(const QKeyEvent& key) {
+  // A synthetic event names no physical key.
+  return key.nativeScanCode() > kScanCodeOffset ? static_cast<int>(key.nativeScanCode()) - kScanCodeOffset : -1;
 }
 
-bool KeyboardPanel::TakeWindowKey(const QKeyEvent& key, QWidget* receiver) {
+bool KeyboardPanel::IsRepeat(const QKeyEvent& key) const {
+  return key.isAutoRepeat() || (key.type() == QEvent::KeyPress && EvdevOf(key) >= 0 &&
+                                waitingRelease_.evdev == EvdevOf(key) && waitingRelease_.timestamp == key.timestamp());
+}
+
+bool KeyboardPanel::FollowKey(const QKeyEvent& key, bool ownWindow) {
+  // A repeat is the key still held.
+  const int evdev = EvdevOf(key);
+  if (key.isAutoRepeat() || evdev < 0) return false;
+  const bool waiting = waitingRelease_.evdev == evdev;
+  if (key.type() == QEvent::KeyPress) {
+    if (IsRepeat(key)) {
+      // The press of an unmarked repeat: the key never rose.
+      waitingRelease_.evdev = -1;
+      repeatWait_.stop();
+      return false;
+    }
+    const bool released = ReleaseWaitingKey();
+    // A key pressed for a menu or a dialog is theirs.
+    return (ownWindow && held_.Press(evdev)) || released;
+  }
+  // A key coming up counts wherever it is seen, once, after the wait for a repeat.
+  if (waiting || !held_.Holds(evdev)) return false;
+  const bool released = ReleaseWaitingKey();
+  waitingRelease_ = {evdev, key.timestamp()};
+  repeatWait_.start();
+  return released;
+}
+
+bool KeyboardPanel::ReleaseWaitingKey() {
+  if (waitingRelease_.evdev < 0) return false;
+  repeatWait_.stop();
+  return held_.Release(std::exchange(waitingRelease_.evdev, -1));
+}
+
+bool KeyboardPanel::TakeWindowKey(const QKeyEvent& key, bool repeat, QWidget* receiver) {
   const KeyDownAction action = WindowKeyAction(CharacterCode(key.key()));
   if (action.panic) {
     // Held down, Return repeats: the first press has already silenced everything.
-    if (!key.isAutoRepeat()) PanicSweep(window_.State().tuning, window_.Services().ports);
+    if (!repeat) PanicSweep(window_.State().tuning, window_.Services().ports);
     return true;
   }
   // A text field ignores the arrows it has no use for and they come on to its parents:
@@ -142,6 +179,7 @@ void KeyboardPanel::RunPasses() {
 }
 
 void KeyboardPanel::LetGoOfEveryKey() {
+  ReleaseWaitingKey();
   held_.ReleaseAll();
   if (!hand_.AnyPressed()) return;
   // Every pass now, not one a turn: a dialog's own event loop may be about to start.

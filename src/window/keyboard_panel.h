@@ -24,6 +24,10 @@ class KeyboardPanel : public QObject {
  public:
   // X11 and Wayland both report a key's evdev code plus this as its native scan code.
   static constexpr int kScanCodeOffset = 8;
+  // X11 repeats a held key as a release and a press with one time stamp, and the
+  // toolkit does not always mark them as repeats: a release waits this long for the
+  // press that would make it a repeat before it counts.
+  static constexpr int kRepeatWaitMs = 12;
 
   explicit KeyboardPanel(MainWindow& window);
   ~KeyboardPanel() override;
@@ -32,6 +36,8 @@ class KeyboardPanel : public QObject {
   const PositionState& Positions() const { return positions_; }
   // Whether another round of passes is due at the next turn of the event loop.
   bool PassesPending() const { return pending_.isActive(); }
+  // Whether a release still waits to see whether it was a repeat.
+  bool ReleaseWaiting() const { return waitingRelease_.evdev >= 0; }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -39,8 +45,14 @@ class KeyboardPanel : public QObject {
  private:
   // The held-key table follows one key event; false when it did not change.
   bool FollowKey(const QKeyEvent& key, bool ownWindow);
+  // The release waiting to see whether a repeat's press follows counts now; whether
+  // the held-key table changed.
+  bool ReleaseWaitingKey();
   // The panic and slider keys; true when the key was taken.
-  bool TakeWindowKey(const QKeyEvent& key, QWidget* receiver);
+  bool TakeWindowKey(const QKeyEvent& key, bool repeat, QWidget* receiver);
+  static int EvdevOf(const QKeyEvent& key);
+  // A repeat marked as one, or the press of a release that has the same time stamp.
+  bool IsRepeat(const QKeyEvent& key) const;
   // One pass of each running position timer now, and another round at the next turn
   // of the event loop while any of them found a transition.
   void RunPasses();
@@ -55,6 +67,11 @@ class KeyboardPanel : public QObject {
   KeyboardHand hand_;
   PositionState positions_;
   QTimer pending_;
+  struct WaitingRelease {
+    int evdev = -1;  // none
+    quint64 timestamp = 0;
+  } waitingRelease_;
+  QTimer repeatWait_;
 };
 
 }  // namespace window
