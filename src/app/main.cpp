@@ -3,12 +3,15 @@
 #include <QEvent>
 #include <QFont>
 #include <QTimer>
+#include <cstdlib>
 #include <functional>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "platform/alsa_midi_input.h"
 #include "platform/sound_system.h"
+#include "platform/traced_note_player.h"
 #include "window/main_window.h"
 
 namespace {
@@ -56,6 +59,14 @@ int main(int argc, char* argv[]) {
   lirenza::SoundSystem sound(lirenza::AudioSettingsFromEnvironment(), {}, {}, /*loadNow=*/false);
   lirenza::window::WindowServices services;
   for (int i = 0; i < lirenza::kNotePlayers; ++i) services.ports.players[i] = &sound.Player(i);
+  // LIRENZA_NOTE_TRACE=FILE writes every note the players are given to FILE.
+  std::unique_ptr<lirenza::NoteTrace> trace;
+  std::vector<std::unique_ptr<lirenza::TracedNotePlayer>> traced;
+  if (const char* path = std::getenv("LIRENZA_NOTE_TRACE"); path && *path) {
+    trace = std::make_unique<lirenza::NoteTrace>(path);
+    for (int i = 0; i < lirenza::kNotePlayers; ++i)
+      services.ports.players[i] = traced.emplace_back(std::make_unique<lirenza::TracedNotePlayer>(sound.Player(i), *trace, i)).get();
+  }
   // MIDI keyboards play the violin too, through the sequencer's port "Lirenza".
   services.midiNotes = std::make_shared<lirenza::AlsaMidiInput>();
 

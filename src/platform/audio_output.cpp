@@ -168,7 +168,9 @@ bool AudioOutput::TryDriver(Synth& synth, const AudioSettings& wanted) {
   fluid_settings_setint(fs, "audio.period-size", s.periodSize);
   fluid_settings_setint(fs, "audio.periods", s.periods);
   if (s.driver == "file") {
-    fluid_settings_setstr(fs, "audio.file.name", "/dev/null");
+    // LIRENZA_AUDIO_CAPTURE=FILE keeps what the file driver plays: raw 16-bit stereo.
+    const char* capture = std::getenv("LIRENZA_AUDIO_CAPTURE");
+    fluid_settings_setstr(fs, "audio.file.name", capture && *capture ? capture : "/dev/null");
     fluid_settings_setstr(fs, "audio.file.type", "raw");
   }
   handle_ = new_fluid_audio_driver(fs, synth.Raw());
