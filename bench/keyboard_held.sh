@@ -6,13 +6,18 @@
 # Wake-ups are the context switches of all the program's threads, CPU its user and
 # system time, both read from /proc. Several runs; medians beside the targets.
 #
-# Usage: bench/keyboard_held.sh [--runs N] [--idle SECONDS] [--hold SECONDS] [--key KEYSYM] [PROGRAM]
+# Usage: bench/keyboard_held.sh [--runs N] [--settle SECONDS] [--idle SECONDS] [--hold SECONDS]
+#                               [--key KEYSYM] [PROGRAM]
 #   PROGRAM defaults to build/src/app/lirenza; the key to x (the G string's open note).
+#   --settle: how long after the window shows the idle stretch begins (default 5 s).
+#   The toolkit ages its font cache every 10 s until the text drawn at the start has
+#   expired, so an idle stretch that begins early can hold a wake-up or two of it.
 # Never fails on a figure; exits 1 only when nothing could be measured.
 set -euo pipefail
 
 repo=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 runs=3
+settle=5
 idle=20
 hold=10
 key=x
@@ -20,10 +25,11 @@ program="$repo/build/src/app/lirenza"
 while [ $# -gt 0 ]; do
   case "$1" in
     --runs) runs=$2; shift 2 ;;
+    --settle) settle=$2; shift 2 ;;
     --idle) idle=$2; shift 2 ;;
     --hold) hold=$2; shift 2 ;;
     --key) key=$2; shift 2 ;;
-    -h|--help) sed -n '2,11p' "$0" | sed 's/^# \{0,1\}//'; exit 0 ;;
+    -h|--help) sed -n '2,15p' "$0" | sed 's/^# \{0,1\}//'; exit 0 ;;
     *) program=$1; shift ;;
   esac
 done
@@ -64,7 +70,7 @@ cleanup() {
 trap cleanup EXIT
 
 idle_rates= hold_cpus= hold_rates=
-echo "measuring $program on $display: $runs runs, $idle s idle, $hold s holding $key"
+echo "measuring $program on $display: $runs runs, $idle s idle from $settle s after start, $hold s holding $key"
 for run in $(seq "$runs"); do
   Xvfb "$display" -screen 0 1400x900x24 -nolisten tcp 2>/dev/null &
   xvfb_pid=$!
@@ -77,7 +83,7 @@ for run in $(seq "$runs"); do
   app_pid=$!
   for _ in $(seq 100); do xdotool search --onlyvisible --pid "$app_pid" >/dev/null 2>&1 && break; sleep 0.1; done
   # The start pause reveals the slow controls and the sound fonts load: let that pass.
-  sleep 5
+  sleep "$settle"
 
   s0=$(switches "$app_pid"); t0=$(switches_by_thread "$app_pid"); sleep "$idle"
   s1=$(switches "$app_pid"); t1=$(switches_by_thread "$app_pid")
