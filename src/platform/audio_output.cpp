@@ -3,9 +3,13 @@
 #include <fluidsynth.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
+#include <cmath>
 #include <condition_variable>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <mutex>
 #include <thread>
@@ -91,20 +95,61 @@ double BufferMilliseconds(const AudioSettings& settings, double sampleRate) {
   return 1000.0 * settings.periodSize * settings.periods / sampleRate;
 }
 
-// Renders into nothing, a period at a time at the pace of a card, from the moment a
-// note is given until no voice sounds; then it sleeps until the next note, so an idle
-// program without sound wakes nobody.
-class SilentSink : public SynthActivity {
+LiveSound::LiveSound(Synth& synth) : synth_(synth), limiter_(kCeilingDb, synth.SampleRate()) {}
+
+bool LiveSound::Render(float* left, float* right, int frames) {
+  // The synthesizer adds to what the buffers hold; reverb and chorus go into the same
+  // pair as the dry sound, as a listener hears them.
+  std::fill(left, left + frames, 0.0f);
+  std::fill(right, right + frames, 0.0f);
+  float* dry[2] = {left, right};
+  float* effects[4] = {left, right, left, right};
+  if (fluid_synth_process(synth_.Raw(), frames, 4, effects, 2, dry) != FLUID_OK) return false;
+  limiter_.Process(left, right, frames);
+  return true;
+}
+
+void AppendS16(const float* left, const float* right, int frames, std::vector<unsigned char>* bytes) {
+  auto append = [bytes](float sample) {
+    const auto value = static_cast<std::int16_t>(std::lrint(std::clamp(sample, -1.0f, 1.0f) * 32767.0f));
+    const auto bits = static_cast<std::uint16_t>(value);
+    bytes->push_back(static_cast<unsigned char>(bits & 0xff));
+    bytes->push_back(static_cast<unsigned char>(bits >> 8));
+  };
+  for (int i = 0; i < frames; ++i) {
+    append(left[i]);
+    append(right[i]);
+  }
+}
+
+namespace {
+
+// What a driver's thread calls for each period it plays.
+int RenderForDriver(void* live, int frames, int, float*[], int outputs, float* out[]) {
+  if (outputs < 2) return FLUID_FAILED;
+  return static_cast<LiveSound*>(live)->Render(out[0], out[1], frames) ? FLUID_OK : FLUID_FAILED;
+}
+
+}  // namespace
+
+// Plays live sound a period at a time at the pace of a card, with nobody listening.
+// Without a capture file it renders only from the moment a note is given until no
+// voice sounds, then sleeps until the next note, so an idle program without sound
+// wakes nobody. With one it writes every period, sounding or not, so the file's
+// timeline is the real one and it holds exactly what a card would have been given.
+class PacedSink : public SynthActivity {
  public:
-  SilentSink(Synth& synth, const AudioSettings& settings)
+  PacedSink(Synth& synth, const AudioSettings& settings, std::FILE* capture)
       : synth_(synth),
+        live_(synth),
+        capture_(capture),
         frames_(settings.periodSize),
         period_(std::chrono::duration<double>(settings.periodSize / synth.SampleRate())) {
     thread_ = std::thread([this] { Run(); });
     synth_.SetActivity(this);
   }
 
-  ~SilentSink() override {
+  ~PacedSink() override {
     synth_.SetActivity(nullptr);
     {
       std::lock_guard<std::mutex> lock(mutex_);
@@ -112,6 +157,7 @@ class SilentSink : public SynthActivity {
     }
     woken_.notify_one();
     thread_.join();
+    if (capture_) std::fclose(capture_);
   }
 
   void NoteGiven() override {
@@ -124,24 +170,35 @@ class SilentSink : public SynthActivity {
 
  private:
   void Run() {
-    std::vector<float> frames(2 * static_cast<std::size_t>(frames_));
+    std::vector<float> left(frames_), right(frames_);
+    std::vector<unsigned char> bytes;
     std::unique_lock<std::mutex> lock(mutex_);
     for (;;) {
-      woken_.wait(lock, [this] { return noteGiven_ || stop_; });
+      woken_.wait(lock, [this] { return capture_ || noteGiven_ || stop_; });
       if (stop_) return;
       auto next = std::chrono::steady_clock::now();
       // A note given while a period renders keeps the sink going for one more.
-      while (!stop_ && (std::exchange(noteGiven_, false) || synth_.ActiveVoices() > 0)) {
+      while (!stop_ && (capture_ || std::exchange(noteGiven_, false) || synth_.ActiveVoices() > 0)) {
         lock.unlock();
-        synth_.Render(frames.data(), frames_);
+        live_.Render(left.data(), right.data(), frames_);
+        if (capture_) {
+          bytes.clear();
+          AppendS16(left.data(), right.data(), frames_, &bytes);
+          // Flushed each period: whoever reads the file meanwhile hears it up to now.
+          std::fwrite(bytes.data(), 1, bytes.size(), capture_);
+          std::fflush(capture_);
+        }
+        // Late periods are caught up at once, so the sound keeps to the clock.
         next += std::chrono::duration_cast<std::chrono::steady_clock::duration>(period_);
-        std::this_thread::sleep_until(next);
         lock.lock();
+        woken_.wait_until(lock, next, [this] { return stop_; });
       }
     }
   }
 
   Synth& synth_;
+  LiveSound live_;
+  std::FILE* const capture_;
   const int frames_;
   const std::chrono::duration<double> period_;
   std::mutex mutex_;
@@ -155,26 +212,47 @@ AudioOutput::AudioOutput() = default;
 AudioOutput::~AudioOutput() { Close(); }
 
 void AudioOutput::Close() {
+  // The driver's thread renders through live_: it stops first.
   if (handle_) delete_fluid_audio_driver(handle_);
   handle_ = nullptr;
-  silent_.reset();
+  live_.reset();
+  paced_.reset();
   audible_ = false;
 }
 
-bool AudioOutput::TryDriver(Synth& synth, const AudioSettings& wanted) {
+bool AudioOutput::TryDriver(Synth& synth, const AudioSettings& wanted, std::string* failure) {
   const AudioSettings s = Completed(wanted);
-  fluid_settings_t* fs = synth.Settings();
-  fluid_settings_setstr(fs, "audio.driver", s.driver.c_str());
-  fluid_settings_setint(fs, "audio.period-size", s.periodSize);
-  fluid_settings_setint(fs, "audio.periods", s.periods);
   if (s.driver == "file") {
-    // LIRENZA_AUDIO_CAPTURE=FILE keeps what the file driver plays: raw 16-bit stereo.
-    const char* capture = std::getenv("LIRENZA_AUDIO_CAPTURE");
-    fluid_settings_setstr(fs, "audio.file.name", capture && *capture ? capture : "/dev/null");
-    fluid_settings_setstr(fs, "audio.file.type", "raw");
+    // FluidSynth's own file driver cannot take a callback, so it could only keep the
+    // unlimited sound: the program paces the file itself.
+    std::FILE* capture = nullptr;
+    if (const char* name = std::getenv(kAudioCaptureEnv); name && *name) {
+      capture = std::fopen(name, "wb");
+      if (!capture) {
+        *failure = std::string("cannot write ") + name + ": " + std::strerror(errno);
+        return false;
+      }
+    }
+    paced_ = std::make_unique<PacedSink>(synth, s, capture);
+  } else {
+    fluid_settings_t* fs = synth.Settings();
+    fluid_settings_setstr(fs, "audio.driver", s.driver.c_str());
+    fluid_settings_setint(fs, "audio.period-size", s.periodSize);
+    fluid_settings_setint(fs, "audio.periods", s.periods);
+    live_ = std::make_unique<LiveSound>(synth);
+    handle_ = new_fluid_audio_driver2(fs, RenderForDriver, live_.get());
+    if (!handle_) {
+      // Some drivers (SDL2 among them) cannot call back: they play the synthesizer
+      // unlimited rather than not at all.
+      live_.reset();
+      handle_ = new_fluid_audio_driver(fs, synth.Raw());
+    }
+    if (!handle_) {
+      *failure = LastFluidError();
+      std::replace(failure->begin(), failure->end(), '\n', ' ');
+      return false;
+    }
   }
-  handle_ = new_fluid_audio_driver(fs, synth.Raw());
-  if (!handle_) return false;
   settings_ = s;
   driver_ = s.driver;
   return true;
@@ -190,14 +268,12 @@ void AudioOutput::Open(Synth& synth, const AudioSettings& settings) {
   for (const auto& name : drivers) {
     AudioSettings s = settings;
     s.driver = name;
-    if (TryDriver(synth, s)) {
+    if (TryDriver(synth, s, &failure)) {
       audible_ = name != "file";
       problem_.clear();
       return;
     }
     tried.push_back(name);
-    failure = LastFluidError();
-    std::replace(failure.begin(), failure.end(), '\n', ' ');
   }
   if (tried.empty()) {
     problem_ = "no sound: this computer has no sound card or sound server, so Lirenza plays silently";
@@ -211,7 +287,7 @@ void AudioOutput::Open(Synth& synth, const AudioSettings& settings) {
   // every call at the pace of a real card, and nothing spins or ticks.
   settings_ = Completed(AudioSettings{kSilentDriver, 0, 0});
   driver_ = kSilentDriver;
-  silent_ = std::make_unique<SilentSink>(synth, settings_);
+  paced_ = std::make_unique<PacedSink>(synth, settings_, nullptr);
 }
 
 }  // namespace lirenza

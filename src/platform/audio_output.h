@@ -1,12 +1,15 @@
 #pragma once
 // The live audio output of the synthesizer. A playing instrument wants a short
 // buffer: 2 to 4 periods of 64 to 256 frames, where Debian's FluidSynth would ask for
-// 16 periods of 64. Without any output (no sound card, no sound server) the synth is
-// driven in real time into nothing while a note sounds, so every player keeps taking
-// its calls, and sleeps while nothing sounds.
+// 16 periods of 64. Every block played passes the live limiter, so held chords never
+// clip. Without any output (no sound card, no sound server) the synth is driven in real
+// time into nothing while a note sounds, so every player keeps taking its calls, and
+// sleeps while nothing sounds.
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "platform/sound_level.h"
 
 typedef struct _fluid_audio_driver_t fluid_audio_driver_t;
 
@@ -15,6 +18,9 @@ namespace lirenza {
 class Synth;
 
 inline constexpr const char* kAudioDriverEnv = "LIRENZA_AUDIO_DRIVER";
+// With the "file" driver: where to keep what a listener would have heard, as raw
+// interleaved 16-bit little-endian stereo at the synthesizer's rate, in real time.
+inline constexpr const char* kAudioCaptureEnv = "LIRENZA_AUDIO_CAPTURE";
 
 struct AudioSettings {
   std::string driver;   // "" picks the first sound server or card that is there
@@ -35,7 +41,24 @@ std::vector<std::string> AudioDriverCandidates();
 // Milliseconds of sound that the driver's buffer holds.
 double BufferMilliseconds(const AudioSettings& settings, double sampleRate);
 
-class SilentSink;
+// What every live output plays: the synthesizer's next block, reverb and chorus mixed
+// in, through the live limiter. One thread renders at a time.
+class LiveSound {
+ public:
+  explicit LiveSound(Synth& synth);
+  // Fills `frames` frames of planar stereo; false when the synthesizer failed.
+  bool Render(float* left, float* right, int frames);
+  double LargestReductionDb() const { return limiter_.LargestReductionDb(); }
+
+ private:
+  Synth& synth_;
+  LiveLimiter limiter_;
+};
+
+// Live sound as 16-bit samples, rounded and clamped, interleaved little-endian.
+void AppendS16(const float* left, const float* right, int frames, std::vector<unsigned char>* bytes);
+
+class PacedSink;
 
 // The name Driver() gives the silent sink.
 inline constexpr const char* kSilentDriver = "silent";
@@ -59,10 +82,11 @@ class AudioOutput {
   const std::string& Problem() const { return problem_; }
 
  private:
-  bool TryDriver(Synth& synth, const AudioSettings& settings);
+  bool TryDriver(Synth& synth, const AudioSettings& settings, std::string* failure);
 
   fluid_audio_driver_t* handle_ = nullptr;
-  std::unique_ptr<SilentSink> silent_;
+  std::unique_ptr<LiveSound> live_;  // what handle_ plays, when the driver takes a callback
+  std::unique_ptr<PacedSink> paced_;
   bool audible_ = false;
   std::string driver_;
   std::string problem_;

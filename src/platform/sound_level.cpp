@@ -19,6 +19,12 @@ constexpr MeasuredLevel kMeasuredLevels[] = {
 #include "platform/instrument_levels.inc"
 };
 
+// Back to full gain within 80 ms of the last loud peak: slow enough not to pump on a
+// sustained chord, quick enough not to duck the next phrase.
+float ReleasePerFrame(double sampleRate) { return static_cast<float>(1.0 / (0.08 * sampleRate)); }
+
+float Amplitude(double db) { return static_cast<float>(std::pow(10.0, db / 20)); }
+
 }  // namespace
 
 double MeasuredPeakDb(int instrument) {
@@ -44,10 +50,8 @@ double InstrumentAttenuationCb(int instrument) {
 }
 
 PeakLimiter::PeakLimiter(double ceilingDb, double sampleRate)
-    : ceiling_(static_cast<float>(std::pow(10.0, ceilingDb / 20))),
-      // Back to full gain within 80 ms of the last loud peak: slow enough not to pump
-      // on a sustained chord, quick enough not to duck the next phrase.
-      releasePerFrame_(static_cast<float>(1.0 / (0.08 * sampleRate))),
+    : ceiling_(Amplitude(ceilingDb)),
+      releasePerFrame_(ReleasePerFrame(sampleRate)),
       delay_(2 * (kLookahead + 1), 0.0f),
       need_(kLookahead + 1, 1.0f) {}
 
@@ -90,6 +94,47 @@ void PeakLimiter::Flush(std::vector<float>* out) {
   for (int i = 0; i < kLookahead; ++i) Push(0.0f, 0.0f, out);
   // Fewer frames than the look-ahead were given: drop what the padding produced.
   out->resize(2 * std::min<long long>(given, out->size() / 2));
+}
+
+LiveLimiter::LiveLimiter(double ceilingDb, double sampleRate)
+    : ceiling_(Amplitude(ceilingDb)),
+      releasePerFrame_(ReleasePerFrame(sampleRate)),
+      // Longer than one wave of a bass note, so a held tone's gain does not rise and fall
+      // between its crests: that would be heard as distortion.
+      holdFrames_(static_cast<int>(0.03 * sampleRate)),
+      gains_(8192) {}
+
+void LiveLimiter::Process(float* left, float* right, int frames) {
+  if (frames <= 0) return;
+  if (static_cast<int>(gains_.size()) < frames) gains_.resize(frames);
+  // Backwards: the most gain each frame may have so that it and every peak after it in
+  // the block stay under the ceiling, rising at most 1 / kAttackFrames per frame away
+  // from a peak. What follows the block is unknown and asks for nothing.
+  float allowed = 1.0f;
+  for (int i = frames - 1; i >= 0; --i) {
+    const float level = std::max(std::fabs(left[i]), std::fabs(right[i]));
+    allowed = std::min(1.0f, allowed + 1.0f / kAttackFrames);
+    if (level > ceiling_) allowed = std::min(allowed, ceiling_ / level);
+    gains_[i] = allowed;
+  }
+  // Forwards: down at once to what is allowed, up only after the hold and then slowly.
+  float smallest = gain_;
+  for (int i = 0; i < frames; ++i) {
+    if (gains_[i] <= gain_) {
+      gain_ = gains_[i];
+      heldFor_ = 0;
+    } else if (heldFor_ < holdFrames_) {
+      ++heldFor_;
+    } else {
+      gain_ = std::min(gains_[i], gain_ + releasePerFrame_);
+    }
+    smallest = std::min(smallest, gain_);
+    if (gain_ < 1.0f) {
+      left[i] *= gain_;
+      right[i] *= gain_;
+    }
+  }
+  if (smallest < 1.0f) largestReductionDb_ = std::max(largestReductionDb_, -20.0 * std::log10(smallest));
 }
 
 }  // namespace lirenza

@@ -5,7 +5,8 @@
 // runs at kMasterGain and each channel is attenuated by what its instrument was
 // measured to exceed the target by (bench/sound_level_table.cpp measures it). Live
 // playing and rendering share the synthesizer, so a score sounds as loud in both.
-// Rendering adds a peak limiter that only acts where live output would clip.
+// Both pass a peak limiter at kCeilingDb that only acts where the sound would clip:
+// rendering a look-ahead one, live output one that adds no delay.
 #include <vector>
 
 namespace lirenza {
@@ -49,6 +50,32 @@ class PeakLimiter {
   int limitedHeld_ = 0;  // held frames that need less than full gain
   long long seen_ = 0;
   float gain_ = 1.0f;
+  double largestReductionDb_ = 0;
+};
+
+// The limiter of sound heard as it is made. It may not wait for what comes next, so it
+// adds no delay: each block's gain comes from the block's own peaks. The whole block is
+// there before any of it is heard, so within it the gain still glides down to a peak
+// over up to kAttackFrames; only a peak at the very start of a block steps the gain.
+// After the last loud peak the gain holds a while (a sustained loud tone would
+// otherwise be pumped at its own pitch) and then recovers as PeakLimiter's does. Below
+// the ceiling it passes samples untouched.
+class LiveLimiter {
+ public:
+  static constexpr int kAttackFrames = 32;
+  explicit LiveLimiter(double ceilingDb = kCeilingDb, double sampleRate = 44100.0);
+  // Limits one block of planar stereo in place. Allocates nothing once it has seen its
+  // largest block, so a sound card's thread may call it.
+  void Process(float* left, float* right, int frames);
+  double LargestReductionDb() const { return largestReductionDb_; }
+
+ private:
+  float ceiling_;
+  float releasePerFrame_;
+  int holdFrames_;
+  int heldFor_ = 0;  // frames since the gain was last pulled down
+  float gain_ = 1.0f;
+  std::vector<float> gains_;
   double largestReductionDb_ = 0;
 };
 
