@@ -135,13 +135,9 @@ int main(int argc, char** argv) {
   }
 
   std::printf("%d presses and releases over the %d keys of the table\n", presses, kKeyRows);
-  std::vector<double> all = onMs;
-  all.insert(all.end(), returnOnMs.begin(), returnOnMs.end());
-  all.insert(all.end(), offMs.begin(), offMs.end());
   ReportMs("key press to note-on", onMs, kLatencyTargetMs);
   if (!returnOnMs.empty()) ReportMs("Return (panic first) to note-on", returnOnMs, kLatencyTargetMs);
   ReportMs("key release to note-off", offMs, kLatencyTargetMs);
-  ReportMs("any key event to its note", all, kLatencyTargetMs);
   auto part = [](const char* what, const std::vector<double>& ms) {
     if (ms.empty()) return;
     std::printf("%-40s n %5zu  median %7.3f ms  p99 %7.3f ms   (part of a press's time)\n", what, ms.size(),
