@@ -8,6 +8,7 @@
 #include <cmath>
 #include <condition_variable>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -109,6 +110,10 @@ bool LiveSound::Render(float* left, float* right, int frames) {
   return true;
 }
 
+namespace {
+
+// Live sound as a sound card takes it: 16-bit samples, rounded and clamped,
+// interleaved little-endian.
 void AppendS16(const float* left, const float* right, int frames, std::vector<unsigned char>* bytes) {
   auto append = [bytes](float sample) {
     const auto value = static_cast<std::int16_t>(std::lrint(std::clamp(sample, -1.0f, 1.0f) * 32767.0f));
@@ -121,8 +126,6 @@ void AppendS16(const float* left, const float* right, int frames, std::vector<un
     append(right[i]);
   }
 }
-
-namespace {
 
 // What a driver's thread calls for each period it plays.
 int RenderForDriver(void* live, int frames, int, float*[], int outputs, float* out[]) {

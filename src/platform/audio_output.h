@@ -55,9 +55,6 @@ class LiveSound {
   LiveLimiter limiter_;
 };
 
-// Live sound as 16-bit samples, rounded and clamped, interleaved little-endian.
-void AppendS16(const float* left, const float* right, int frames, std::vector<unsigned char>* bytes);
-
 class PacedSink;
 
 // The name Driver() gives the silent sink.

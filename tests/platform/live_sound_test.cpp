@@ -73,12 +73,6 @@ float Peak(const std::vector<float>& samples) {
   return peak;
 }
 
-long FirstSounding(const std::vector<float>& samples) {
-  for (std::size_t i = 0; i < samples.size(); ++i)
-    if (samples[i] != 0.0f) return static_cast<long>(i / 2);
-  return -1;
-}
-
 const std::vector<int> kViolinChord = {60, 68, 75};
 
 }  // namespace
@@ -137,9 +131,8 @@ TEST(LiveSound, AStrokeSoundsInTheSameFrameAsWithoutTheLimiter) {
     // A loud piano chord struck from silence: sound rises within a frame or two.
     const TwoTakes takes = PlayTwice(1, block, 0.6, {{0.2, {48, 52, 55, 60, 64}, 127}});
     ASSERT_GT(takes.reductionDb, 1.0) << "block " << block << ": the stroke must be limited";
-    EXPECT_EQ(FirstSounding(takes.live), FirstSounding(takes.raw)) << "block " << block;
     // Sample by sample the live sound is the synthesizer's scaled by a gain between
-    // the deepest reduction and 1: any delay, however short, breaks that at the stroke.
+    // the deepest reduction and 1: a delay of even one frame breaks that at the stroke.
     const float deepest = static_cast<float>(std::pow(10.0, -takes.reductionDb / 20));
     int outside = 0;
     for (std::size_t i = 0; i < takes.raw.size(); ++i) {
