@@ -19,9 +19,12 @@ MidiKeyboardPanel::MidiKeyboardPanel(MainWindow& window) : QObject(&window), win
 
 MidiKeyboardPanel::~MidiKeyboardPanel() {
   // Nothing more may be queued for this panel once it is gone; what was queued and not
-  // yet played dies with it, and whatever still sounds is ended here.
+  // yet played dies with it, and whatever still sounds is ended here. The fingerboard
+  // may already be gone with the window: only the sound is ended.
   if (MidiNoteSource* source = window_.Services().midiNotes.get()) source->StopListening();
-  notes_.EndAll(window_.Services().ports);
+  SoundPorts soundOnly = window_.Services().ports;
+  soundOnly.view = nullptr;
+  notes_.EndAll(soundOnly);
 }
 
 void MidiKeyboardPanel::Play(const MidiNoteEvent& event) {
