@@ -61,16 +61,20 @@ int Fail(const std::string& why) {
 }  // namespace
 
 // --short: two rounds of the table, for CTest. --presses N: how many presses.
+// --undrawn: a fingerboard that draws nothing, to see what the picture costs a note.
 int main(int argc, char** argv) {
   int presses = kFullPresses;
+  bool undrawn = false;
   for (int i = 1; i < argc; ++i) {
     if (std::strcmp(argv[i], "--short") == 0) presses = kShortPresses;
+    if (std::strcmp(argv[i], "--undrawn") == 0) undrawn = true;
     if (std::strcmp(argv[i], "--presses") == 0 && i + 1 < argc) presses = std::max(1, std::atoi(argv[++i]));
   }
   UseOffscreenPlatform();
   QApplication app(argc, argv);
   UseProgramFont();
-  PlayedWindow played;
+  UndrawnFingerboard nothingDrawn;
+  PlayedWindow played(undrawn ? &nothingDrawn : nullptr);
   MainWindow& window = *played.window;
   window.activateWindow();
   RunEventLoop(MainWindow::kStartPauseMs + 200);  // past the start pause, as a player would be
@@ -134,7 +138,8 @@ int main(int argc, char** argv) {
     violin->HideFinger(place.string, place.cell);
   }
 
-  std::printf("%d presses and releases over the %d keys of the table\n", presses, kKeyRows);
+  std::printf("%d presses and releases over the %d keys of the table%s\n", presses, kKeyRows,
+              undrawn ? ", the fingerboard drawing nothing" : "");
   ReportMs("key press to note-on", onMs, kLatencyTargetMs);
   if (!returnOnMs.empty()) ReportMs("Return (panic first) to note-on", returnOnMs, kLatencyTargetMs);
   ReportMs("key release to note-off", offMs, kLatencyTargetMs);

@@ -81,10 +81,13 @@ int Fail(const char* why) {
 
 // --short: a piece of a few seconds, for CTest. --seconds S: the piece's length.
 // --passes N: how often the looping piece is timed through (each pass is reported).
+// --undrawn: a fingerboard that draws nothing, to see what the picture costs.
 int main(int argc, char** argv) {
   double seconds = kFullPieceSeconds;
   int passes = 1;
+  bool undrawn = false;
   for (int i = 1; i < argc; ++i) {
+    if (std::strcmp(argv[i], "--undrawn") == 0) undrawn = true;
     if (std::strcmp(argv[i], "--short") == 0) seconds = kShortPieceSeconds;
     if (std::strcmp(argv[i], "--seconds") == 0 && i + 1 < argc) seconds = std::atof(argv[++i]);
     if (std::strcmp(argv[i], "--passes") == 0 && i + 1 < argc) passes = std::max(1, std::atoi(argv[++i]));
@@ -100,7 +103,8 @@ int main(int argc, char** argv) {
   std::string error;
   if (!WriteFileAtomically(path, ScoreFileText(piece), &error)) return Fail(error.c_str());
 
-  PlayedWindow played;
+  UndrawnFingerboard nothingDrawn;
+  PlayedWindow played(undrawn ? &nothingDrawn : nullptr);
   MainWindow& window = *played.window;
   played.dialogs->path = QString::fromStdString(path);
   if (!window.RunMenuCommand(window::MenuCommand::OpenScore)) return Fail("no panel carries out the open command");
@@ -135,8 +139,9 @@ int main(int argc, char** argv) {
   Click(window.Control(layout::ControlId::TransportButton, 0));
   if (!state.modes.playing) return Fail("Play did not start the piece");
   const double pieceSeconds = state.playback.events.back().time * state.tempoFactor / 1e6;
-  std::printf("a piece of %zu notes, %d events, %.1f s at tempo factor %.2f, %d pass%s\n", piece.notes.size(),
-              state.playback.lastEvent, pieceSeconds, state.tempoFactor, passes, passes == 1 ? "" : "es");
+  std::printf("a piece of %zu notes, %d events, %.1f s at tempo factor %.2f, %d pass%s%s\n", piece.notes.size(),
+              state.playback.lastEvent, pieceSeconds, state.tempoFactor, passes, passes == 1 ? "" : "es",
+              undrawn ? ", the fingerboard drawing nothing" : "");
   std::fflush(stdout);
   QTimer::singleShot(static_cast<int>(1000 * (passes * (pieceSeconds + 2) + 10)), &loop, &QEventLoop::quit);
   loop.exec();

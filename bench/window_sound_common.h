@@ -63,6 +63,13 @@ struct DiscardChanges : CloseQuestion {
   }
 };
 
+// A fingerboard that draws nothing, to see what the picture costs a note.
+struct UndrawnFingerboard : FingerboardView {
+  void ShowFinger(int, int) override {}
+  void HideFinger(int, int) override {}
+  void ShowCleanViolin() override {}
+};
+
 // The window as the program makes it, with players 0 (live) and 1 (score) timed.
 struct PlayedWindow {
   SoundSystem sound{AudioSettingsFromEnvironment(), {}, [](const std::string& line) {
@@ -74,7 +81,8 @@ struct PlayedWindow {
   TimedPlayer score{sound.Player(kScorePlayer), *clock};
   std::unique_ptr<MainWindow> window;
 
-  PlayedWindow() {
+  // view: the fingerboard to draw on; none draws on the window's own violin.
+  explicit PlayedWindow(FingerboardView* view = nullptr) {
     const SoundStatus& status = sound.WaitReady();
     std::printf("sound: %s, driver %s\n", status.fontsLoaded ? "fonts loaded" : "no fonts (the players stay silent)",
                 status.driver.empty() ? "none" : status.driver.c_str());
@@ -82,6 +90,7 @@ struct PlayedWindow {
     for (int i = 0; i < kNotePlayers; ++i) services.ports.players[i] = &sound.Player(i);
     services.ports.players[kLivePlayer] = &live;
     services.ports.players[kScorePlayer] = &score;
+    services.ports.view = view;
     services.clock = clock;
     services.dialogs = dialogs;
     services.confirm = std::make_shared<NoConfirm>();
