@@ -10,7 +10,7 @@ packages=(
   libasound2-dev libsndfile1-dev
   libgtest-dev googletest
   fonts-ipafont-gothic fonts-ipaexfont lilypond-fonts
-  midicsv xvfb xdotool x11-apps sox imagemagick xterm
+  midicsv xvfb xdotool x11-apps x11-utils sox imagemagick xterm
   libx11-dev libxdamage-dev
 )
 

@@ -34,8 +34,19 @@ mkdir -m 700 -p "$work/home/run"
 HOME="$work/home" XDG_RUNTIME_DIR="$work/home/run" LIRENZA_NOTE_TRACE="$work/trace" \
   LIRENZA_AUDIO_DRIVER=file LIRENZA_AUDIO_CAPTURE="$work/sound.raw" "$program" >"$work/program.log" 2>&1 &
 app_pid=$!
-window=$(timeout 20 xdotool search --sync --onlyvisible --name '^Lirenza$' | head -1)
-[ -n "$window" ] || { echo "no window came up" >&2; cat "$work/program.log" >&2; exit 1; }
+window=
+for _ in $(seq 120); do  # up to a minute on a loaded machine
+  window=$(xdotool search --onlyvisible --name '^Lirenza$' 2>/dev/null | head -1)
+  [ -n "$window" ] && break
+  kill -0 "$app_pid" 2>/dev/null || break
+  sleep 0.5
+done
+if [ -z "$window" ]; then
+  echo "no window came up; the program's output and the screen's windows:" >&2
+  cat "$work/program.log" >&2
+  xwininfo -root -tree 2>&1 | grep -v '(has no name)' | head -20 >&2
+  exit 1
+fi
 eval "$(xdotool getwindowgeometry --shell "$window")"
 sleep 3  # the start pause, and the sound fonts loading after the first paint
 
