@@ -163,10 +163,12 @@ class PacedSink : public SynthActivity {
     if (capture_) std::fclose(capture_);
   }
 
+  // Told at every call to the synthesizer: a sweep of hundreds of note-offs wakes the
+  // thread once, not at every one.
   void NoteGiven() override {
     {
       std::lock_guard<std::mutex> lock(mutex_);
-      noteGiven_ = true;
+      if (std::exchange(noteGiven_, true)) return;
     }
     woken_.notify_one();
   }

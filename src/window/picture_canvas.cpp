@@ -21,14 +21,23 @@ void PictureCanvas::SetButtonPictures(const QImage& atRest, const QImage& underM
 }
 
 void PictureCanvas::Show(const QImage& picture) {
+  inPlace_ = nullptr;
   shown_ = picture;
   update();
 }
 
-void PictureCanvas::paintEvent(QPaintEvent*) {
-  if (shown_.isNull()) return;
-  QPainter painter(this);
-  painter.drawImage(0, 0, shown_);  // pictures are made at the canvas's size; a wider one is cut
+void PictureCanvas::ShowInPlace(const QImage* picture) {
+  inPlace_ = picture;
+  update();
+}
+
+void PictureCanvas::paintEvent(QPaintEvent* event) {
+  const QImage& picture = ShownPicture();
+  if (picture.isNull()) return;
+  // Pictures are made at the canvas's size (a wider one is cut); only the part asked
+  // for is drawn, so a small change costs a small paint.
+  const QRect part = event->rect();
+  QPainter(this).drawImage(part.topLeft(), picture, part);
 }
 
 void PictureCanvas::mousePressEvent(QMouseEvent* event) {

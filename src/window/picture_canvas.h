@@ -15,10 +15,13 @@ class PictureCanvas : public QWidget {
   explicit PictureCanvas(QWidget* parent = nullptr);
 
   void SetPicture(const QImage& picture);
+  // Shows a picture its owner keeps changing in place, without copying it: the owner
+  // outlives the canvas's use of it and calls update() on the part it changed.
+  void ShowInPlace(const QImage* picture);
   // Makes the canvas a button: the three pictures at rest, under the mouse and held.
   void SetButtonPictures(const QImage& atRest, const QImage& underMouse, const QImage& held);
   bool IsButton() const { return isButton_; }
-  const QImage& ShownPicture() const { return shown_; }
+  const QImage& ShownPicture() const { return inPlace_ ? *inPlace_ : shown_; }
 
  signals:
   void Pressed();
@@ -36,6 +39,7 @@ class PictureCanvas : public QWidget {
   bool isButton_ = false;
   QImage atRest_, underMouse_, held_;
   QImage shown_;
+  const QImage* inPlace_ = nullptr;
 };
 
 }  // namespace lirenza

@@ -25,21 +25,24 @@ ViolinView::ViolinView(MainWindow& window)
   picture_ = QImage(size, QImage::Format_ARGB32_Premultiplied);
   picture_.fill(Qt::transparent);
   QPainter(&picture_).drawImage(0, 0, violin_);
-  if (canvas_) canvas_->SetPicture(picture_);
+  if (canvas_) canvas_->ShowInPlace(&picture_);
 }
 
+// The canvas must not paint the picture once it is gone.
+ViolinView::~ViolinView() {
+  if (canvas_) canvas_->ShowInPlace(nullptr);
+}
+
+// The canvas shows the picture itself, not a copy: a note costs the few pixels it
+// draws. The screen follows at the event loop's next turn, so the note is not held
+// back by painting (the sound comes right after the picture is changed).
 template <typename Draw>
 void ViolinView::Change(const QRect& changed, Draw draw) {
-  // The canvas shares the picture's pixels; letting go of its copy first keeps a
-  // note's cost at the few pixels it draws instead of a copy of the whole violin.
-  if (canvas_) canvas_->SetPicture(QImage());
   {
     QPainter painter(&picture_);
     draw(painter);
   }
-  if (!canvas_) return;
-  canvas_->SetPicture(picture_);
-  if (!changed.isNull()) canvas_->repaint(changed);
+  if (canvas_) canvas_->update(changed.isNull() ? canvas_->rect() : changed);
 }
 
 void ViolinView::ShowFinger(int string, int cell) {
@@ -72,7 +75,6 @@ void ViolinView::ShowCleanViolin() {
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     painter.drawImage(0, 0, violin_);
   });
-  if (canvas_) canvas_->update();
 }
 
 }  // namespace lirenza::window

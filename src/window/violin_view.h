@@ -6,6 +6,7 @@
 // string at rest from its own cell on.
 #include <QImage>
 #include <QObject>
+#include <QPointer>
 
 #include "ports/ports.h"
 
@@ -22,6 +23,7 @@ class ViolinView : public QObject, public FingerboardView {
  public:
   // Draws on the window's violin canvas and shows and hides its bow.
   explicit ViolinView(MainWindow& window);
+  ~ViolinView() override;
 
   void ShowFinger(int string, int cell) override;
   void HideFinger(int string, int cell) override;
@@ -36,7 +38,7 @@ class ViolinView : public QObject, public FingerboardView {
   template <typename Draw>
   void Change(const QRect& changed, Draw draw);
 
-  PictureCanvas* canvas_ = nullptr;
+  QPointer<PictureCanvas> canvas_;
   QWidget* bow_ = nullptr;
   QImage violin_, fingertip_, stringAtRest_, stringVibrating_;
   QImage picture_;
