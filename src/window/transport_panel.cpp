@@ -5,7 +5,9 @@
 #include <QSlider>
 #include <QTreeWidget>
 #include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <thread>
 
 #include "window/main_window.h"
 #include "window/picture_canvas.h"
@@ -20,6 +22,8 @@ using layout::ControlId;
 constexpr int kPlayModeButton = 1;  // ModeButton: 1 plays from the keyboard, 0 edits
 constexpr int kLiveButton = 1;      // PlaybackModeButton: 0 manual, 1 live
 
+// The most a tick sleeps before its event: what a timer of whole milliseconds cannot wait.
+constexpr double kFinalSleepUs = 1000.0;
 // Far beyond any piece, and still within a timer's interval.
 constexpr double kLongestSleepMs = 1e9;
 
@@ -135,6 +139,13 @@ bool TransportPanel::TickOnce() {
 }
 
 void TransportPanel::OnTimer() {
+  // A timer keeps whole milliseconds: it was set to wake up to one early, and the rest
+  // is slept here, so an event sounds within a fraction of a millisecond of its time.
+  const PlaybackState& state = window_.State().playback;
+  if (state.AnyRunning() && state.lastEvent >= 1) {
+    const double early = MicrosecondsUntilDue(state, Env());
+    if (early > 0 && early <= kFinalSleepUs) std::this_thread::sleep_for(std::chrono::duration<double, std::micro>(early));
+  }
   // One event a tick; an overdue next one comes at the next turn of the event loop,
   // so that input and painting are not held up by a run of late events.
   TickOnce();
@@ -157,8 +168,9 @@ void TransportPanel::SleepUntilDue() {
     timer_.start(kEmptyPieceWaitMs);
     return;
   }
-  // A timer's interval is whole milliseconds: rounding up never wakes before the event.
-  const double waitMs = std::ceil(MicrosecondsUntilDue(state, Env()) / 1000.0);
+  // A timer's interval is whole milliseconds: rounded down, it wakes at most one early,
+  // and the tick sleeps the rest.
+  const double waitMs = std::floor(MicrosecondsUntilDue(state, Env()) / 1000.0);
   timer_.start(static_cast<int>(std::clamp(waitMs, 0.0, kLongestSleepMs)));
 }
 
