@@ -30,6 +30,7 @@
 #include "window/main_window.h"
 #include "window/menu_commands.h"
 #include "window/staff_view.h"
+#include "window_sound_common.h"
 
 using namespace lirenza;
 
@@ -39,25 +40,6 @@ constexpr int kNoteCount = 10000;
 constexpr int kNotesPerColumn = 9;  // a chord on every column: the densest staff a score file holds
 constexpr double kOpenTargetMs = 300;
 constexpr double kScrollTargetMs = 8;
-
-// Answers every question without a dialog: the open dialog names the bench's file.
-struct NamedFileDialogs : window::Dialogs {
-  QString path;
-  std::optional<QString> OpenScorePath(QWidget*) override { return path; }
-  std::optional<QString> SaveScorePath(QWidget*, const QString&) override { return std::nullopt; }
-  std::optional<QString> SaveMidiPath(QWidget*, const QString&) override { return std::nullopt; }
-  void Tell(QWidget*, const QString& sentence) override {
-    std::fprintf(stderr, "the window said: %s\n", qPrintable(sentence));
-  }
-};
-struct NoConfirm : Confirm {
-  bool Ask(const std::string&, const std::string&, const std::string&) override { return false; }
-};
-struct DiscardChanges : CloseQuestion {
-  Answer Ask(QWidget*, const QString&, const QString&, const QString&, const QString&) override {
-    return Answer::DontSave;
-  }
-};
 
 // Counts the paints a widget receives, so a timing is known to include one.
 struct PaintCounter : QObject {
@@ -126,12 +108,12 @@ int main(int argc, char** argv) {
   std::string error;
   if (!WriteFileAtomically(path, DenseScoreText(), &error)) return Fail(error.c_str());
 
-  auto dialogs = std::make_shared<NamedFileDialogs>();
+  auto dialogs = std::make_shared<bench::QuietDialogs>();
   dialogs->path = QString::fromStdString(path);
   window::WindowServices services;
   services.dialogs = dialogs;
-  services.confirm = std::make_shared<NoConfirm>();
-  services.closeQuestion = std::make_shared<DiscardChanges>();
+  services.confirm = std::make_shared<bench::NoConfirm>();
+  services.closeQuestion = std::make_shared<bench::DiscardChanges>();
   MainWindow window(std::move(services));
   window.show();
   for (int i = 0; i < 100 && !(window.windowHandle() && window.windowHandle()->isExposed()); ++i)

@@ -14,17 +14,6 @@ using testing::Log;
 
 namespace {
 
-QRect Box(const Rect& r) { return {r.x, r.y, r.width, r.height}; }
-
-// The pixels of a that differ from b.
-QRegion Differences(const QImage& a, const QImage& b) {
-  QRegion changed;
-  for (int y = 0; y < a.height(); ++y)
-    for (int x = 0; x < a.width(); ++x)
-      if (a.pixel(x, y) != b.pixel(x, y)) changed += QRect(x, y, 1, 1);
-  return changed;
-}
-
 std::string On(int index) { return "player0 p(" + std::to_string(index) + ") 80"; }
 std::string Off(int index) { return "player0 p(" + std::to_string(index) + ") 0"; }
 
@@ -46,7 +35,7 @@ class FingerboardMouseTest : public testing::WindowTest {
   QWidget* Canvas() { return Get(ControlId::ViolinCanvas); }
   QWidget* Bow() { return Get(ControlId::BowCanvas); }
   // What the violin canvas shows that the clean violin does not.
-  QRegion Inked() { return Differences(testing::Grab(Canvas()), clean); }
+  QRegion Inked() { return testing::Differences(testing::Grab(Canvas()), clean); }
   // Through the window, as the pointer would: the toolkit decides who gets the event.
   QPoint InWindow(QPoint onCanvas) { return Canvas()->mapTo(window.get(), onCanvas); }
   void Press(QPoint onCanvas, Qt::KeyboardModifiers mods = {}) {
@@ -117,8 +106,8 @@ class FingerboardMouseTest : public testing::WindowTest {
     QCOMPARE(drawn.isEmpty(), !hand.drawn);
     QCOMPARE(Bow()->isVisible(), hand.drawn);
     if (hand.drawn) {
-      QCOMPARE(drawn - (Box(hand.finger) | Box(hand.string) | Bow()->geometry()), QRegion());
-      QVERIFY(!(drawn & Box(hand.string)).isEmpty());
+      QCOMPARE(drawn - (testing::Box(hand.finger) | testing::Box(hand.string) | Bow()->geometry()), QRegion());
+      QVERIFY(!(drawn & testing::Box(hand.string)).isEmpty());
     }
     QCOMPARE(TheStaff().NoteCount(), 1);
     const Note& note = TheStaff().notes[1];

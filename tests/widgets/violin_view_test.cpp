@@ -11,18 +11,8 @@ using layout::ControlId;
 namespace {
 
 // Rectangles of a drawn note, from the same geometry the logic's click handling uses.
-QRect Box(const Rect& r) { return {r.x, r.y, r.width, r.height}; }
-QRect FingerBox(int string, int cell) { return Box(HandGeometryAt(string, cell).finger); }
-QRect StringBox(int string, int cell) { return Box(HandGeometryAt(string, cell).string); }
-
-// The pixels of a that differ from b.
-QRegion Differences(const QImage& a, const QImage& b) {
-  QRegion changed;
-  for (int y = 0; y < a.height(); ++y)
-    for (int x = 0; x < a.width(); ++x)
-      if (a.pixel(x, y) != b.pixel(x, y)) changed += QRect(x, y, 1, 1);
-  return changed;
-}
+QRect FingerBox(int string, int cell) { return testing::Box(HandGeometryAt(string, cell).finger); }
+QRect StringBox(int string, int cell) { return testing::Box(HandGeometryAt(string, cell).string); }
 
 }  // namespace
 
@@ -53,7 +43,7 @@ class ViolinViewTest : public testing::WindowTest {
     QVERIFY(violin);
     clean = Drawn();
     QCOMPARE(clean.size(), Get(ControlId::ViolinCanvas)->size());
-    QCOMPARE(Differences(clean, window->Pictures().Picture("Violin").convertToFormat(QImage::Format_ARGB32)), QRegion());
+    QCOMPARE(testing::Differences(clean, window->Pictures().Picture("Violin").convertToFormat(QImage::Format_ARGB32)), QRegion());
   }
 
   void aGivenFingerboardIsKept() {
@@ -77,7 +67,7 @@ class ViolinViewTest : public testing::WindowTest {
     const QImage cleanOnScreen = OnScreen();
     violin->ShowFinger(string, cell);
     const QImage drawn = Drawn();
-    const QRegion changed = Differences(drawn, clean);
+    const QRegion changed = testing::Differences(drawn, clean);
     QVERIFY(!changed.isEmpty());
     QCOMPARE(changed - (finger | line), QRegion());
     // Ink of the fingertip, left of where its string starts, only when a finger is down.
@@ -88,13 +78,13 @@ class ViolinViewTest : public testing::WindowTest {
     QCOMPARE((changed & line).boundingRect().right() >= line.right() - 2, true);
     QVERIFY(Bow()->isVisible());
     // The canvas shows it at once, in the same place, with the bow over the strings.
-    const QRegion onScreen = Differences(OnScreen(), cleanOnScreen);
+    const QRegion onScreen = testing::Differences(OnScreen(), cleanOnScreen);
     QVERIFY(!(onScreen & line).isEmpty());
     QVERIFY(!(onScreen & Bow()->geometry()).isEmpty());
     QCOMPARE(onScreen - (finger | line | Bow()->geometry()), QRegion());
 
     violin->HideFinger(string, cell);
-    QCOMPARE(Differences(Drawn(), clean), QRegion());
+    QCOMPARE(testing::Differences(Drawn(), clean), QRegion());
     QVERIFY(!Bow()->isVisible());
   }
 
@@ -102,7 +92,7 @@ class ViolinViewTest : public testing::WindowTest {
   void aCellPastTheDrawnOnesDrawsNothing() {
     for (int cell : {17, 18}) {
       violin->ShowFinger(3, cell);
-      QCOMPARE(Differences(Drawn(), clean), QRegion());
+      QCOMPARE(testing::Differences(Drawn(), clean), QRegion());
       QVERIFY(!Bow()->isVisible());
     }
   }
@@ -116,10 +106,10 @@ class ViolinViewTest : public testing::WindowTest {
     violin->HideFinger(2, 7);
     const QImage after = Drawn();
     const QRect lowFinger = FingerBox(2, 3), highFinger = FingerBox(2, 7);
-    QCOMPARE(Differences(after, both) - (highFinger | StringBox(2, 7)), QRegion());
-    QVERIFY(!(Differences(after, clean) & lowFinger).isEmpty());
-    QCOMPARE(Differences(after, clean) & highFinger, QRegion());
-    QCOMPARE(Differences(after, clean) & StringBox(2, 7), QRegion());
+    QCOMPARE(testing::Differences(after, both) - (highFinger | StringBox(2, 7)), QRegion());
+    QVERIFY(!(testing::Differences(after, clean) & lowFinger).isEmpty());
+    QCOMPARE(testing::Differences(after, clean) & highFinger, QRegion());
+    QCOMPARE(testing::Differences(after, clean) & StringBox(2, 7), QRegion());
     QVERIFY(!Bow()->isVisible());  // one note off hides the bow, whatever still sounds
   }
 
@@ -128,7 +118,7 @@ class ViolinViewTest : public testing::WindowTest {
     const QImage cleanOnScreen = OnScreen();
     for (int string = 1; string <= 4; ++string) violin->ShowFinger(string, 2 * string);
     const QRegion bow = Bow()->geometry();
-    const QRegion inked = Differences(OnScreen(), cleanOnScreen) - bow;
+    const QRegion inked = testing::Differences(OnScreen(), cleanOnScreen) - bow;
     QRegion notes;
     for (int string = 1; string <= 4; ++string) {
       QVERIFY(!(inked & StringBox(string, 2 * string)).isEmpty());
@@ -136,8 +126,8 @@ class ViolinViewTest : public testing::WindowTest {
     }
     QCOMPARE(inked - notes, QRegion());
     violin->ShowCleanViolin();
-    QCOMPARE(Differences(Drawn(), clean), QRegion());
-    QCOMPARE(Differences(OnScreen(), cleanOnScreen) - bow, QRegion());
+    QCOMPARE(testing::Differences(Drawn(), clean), QRegion());
+    QCOMPARE(testing::Differences(OnScreen(), cleanOnScreen) - bow, QRegion());
   }
 };
 

@@ -15,6 +15,7 @@
 
 #include "files/file_io.h"
 #include "violin/fakes.h"
+#include "violin/fingerboard.h"
 #include "window/control_factory.h"
 #include "window/main_window.h"
 #include "window/staff_view.h"
@@ -63,6 +64,18 @@ struct PaintedRegion : QObject {
 
 inline std::string FileBytes(const QString& path) { return ReadWholeFile(path.toStdString(), nullptr).value_or("(unread)"); }
 inline void WriteBytes(const QString& path, const std::string& bytes) { std::ofstream(path.toStdString(), std::ios::binary) << bytes; }
+
+// A rectangle of the fingerboard's geometry as the toolkit's.
+inline QRect Box(const Rect& r) { return {r.x, r.y, r.width, r.height}; }
+
+// The pixels of a that differ from b.
+inline QRegion Differences(const QImage& a, const QImage& b) {
+  QRegion changed;
+  for (int y = 0; y < a.height(); ++y)
+    for (int x = 0; x < a.width(); ++x)
+      if (a.pixel(x, y) != b.pixel(x, y)) changed += QRect(x, y, 1, 1);
+  return changed;
+}
 
 inline QImage Grab(QWidget* widget) { return widget->grab().toImage().convertToFormat(QImage::Format_RGB32); }
 
