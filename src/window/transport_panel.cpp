@@ -24,6 +24,8 @@ constexpr int kLiveButton = 1;      // PlaybackModeButton: 0 manual, 1 live
 
 // The most a tick sleeps before its event: what a timer of whole milliseconds cannot wait.
 constexpr double kFinalSleepUs = 1000.0;
+// Events due together carried out in one turn of the event loop, at the most.
+constexpr int kTicksAtOnce = 16;
 // Far beyond any piece, and still within a timer's interval.
 constexpr double kLongestSleepMs = 1e9;
 
@@ -146,9 +148,11 @@ void TransportPanel::OnTimer() {
     const double early = MicrosecondsUntilDue(state, Env());
     if (early > 0 && early <= kFinalSleepUs) std::this_thread::sleep_for(std::chrono::duration<double, std::micro>(early));
   }
-  // One event a tick; an overdue next one comes at the next turn of the event loop,
-  // so that input and painting are not held up by a run of late events.
-  TickOnce();
+  // One event a tick, and the next tick at once while the next event is due too, as a
+  // chord's notes and the end of the note before are: they sound together, not a
+  // repaint apart. A long run of late events yields to input and painting.
+  for (int ticks = 0; ticks < kTicksAtOnce && TickOnce(); ++ticks) {
+  }
   SleepUntilDue();
 }
 
