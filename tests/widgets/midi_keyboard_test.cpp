@@ -77,10 +77,10 @@ class MidiKeyboardTest : public testing::WindowTest {
   // business; here, that the window gives them its tuning and hand position, and that
   // nothing is left sounding, nor listened to, once the window closes.
   void aNoteSoundsItsKeysPitchAndShowsItsFingerUntilTheWindowCloses() {
-    window->State().handPosition = 1;  // third position: A5 on the E string
+    window->State().handPosition = 2;  // fifth position: A5 on the A string, not the E string
     Play({{Kind::NoteOn, 81, 37}, {Kind::NoteOn, 81, 0}});
     const std::string sounded = "player0 " + testing::PitchText(window->State().tuning.pitches[81]);
-    QCOMPARE(sound->log, (testing::Log{"G 1/5", sounded + " 37", "GF 1/5", sounded + " 0"}));
+    QCOMPARE(sound->log, (testing::Log{"G 2/12", sounded + " 37", "GF 2/12", sounded + " 0"}));
 
     Play({{Kind::NoteOn, 72, 80}, {Kind::NoteOn, 76, 80}});
     window.reset();

@@ -37,11 +37,6 @@ class ViolinViewTest : public testing::WindowTest {
     QCOMPARE(testing::Differences(clean, window->Pictures().Picture("Violin").convertToFormat(QImage::Format_ARGB32)), QRegion());
   }
 
-  void aGivenFingerboardIsKept() {
-    testing::WindowTest::MakeWindow();
-    QCOMPARE(window->Services().ports.view, static_cast<FingerboardView*>(&sound->view));
-  }
-
   // A note inks only its finger square (none on an open string) and its string from
   // the finger to the bridge, shows the bow, and is wiped back to the clean violin.
   void aNoteIsDrawnWhereItsCellLiesAndWipedClean_data() {
