@@ -75,7 +75,7 @@ for run in $(seq "$runs"); do
   Xvfb "$display" -screen 0 1400x900x24 -nolisten tcp 2>/dev/null &
   xvfb_pid=$!
   for _ in $(seq 50); do [ -e "/tmp/.X11-unix/X${display#:}" ] && break; sleep 0.1; done
-  export DISPLAY=$display
+  export DISPLAY=$display QT_QPA_PLATFORM=xcb
   home=$(mktemp -d /tmp/lirenza-held-XXXXXX)
   mkdir -m 700 "$home/run"
   (cd "$home" && exec env -u XDG_CONFIG_HOME -u XDG_DATA_HOME HOME="$home" XDG_RUNTIME_DIR="$home/run" \

@@ -43,6 +43,7 @@ Xvfb -displayfd "$display_fd" -screen 0 1400x900x24 -nolisten tcp >"$work/xvfb.l
 xvfb_pid=$!
 read -r -t 10 -u "$display_fd" display_number || { echo "window-shots: Xvfb did not start" >&2; exit 1; }
 export DISPLAY=":$display_number"
+export QT_QPA_PLATFORM=xcb  # whatever the caller's environment says
 
 mkdir -p "$work/home/run"
 chmod 700 "$work/home/run"

@@ -29,6 +29,7 @@ Xvfb -displayfd "$display_fd" -screen 0 1400x900x24 -nolisten tcp >"$work/xvfb.l
 xvfb_pid=$!
 read -r -t 10 -u "$display_fd" display_number || { echo "Xvfb did not start" >&2; exit 1; }
 export DISPLAY=":$display_number"
+export QT_QPA_PLATFORM=xcb  # the test suite runs the others offscreen
 
 mkdir -m 700 -p "$work/home/run"
 HOME="$work/home" XDG_RUNTIME_DIR="$work/home/run" LIRENZA_NOTE_TRACE="$work/trace" \
