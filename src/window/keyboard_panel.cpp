@@ -87,10 +87,11 @@ bool KeyboardPanel::eventFilter(QObject* watched, QEvent* event) {
       if (!watched->isWidgetType()) return false;
       const auto& key = static_cast<const QKeyEvent&>(*event);
       const bool own = IsOwnWidget(watched);
-      const bool panicFirst = own && event->type() == QEvent::KeyPress;
       const bool repeat = IsRepeat(key);
       const bool changed = FollowKey(key, own);
-      const bool taken = panicFirst && TakeWindowKey(key, repeat, static_cast<QWidget*>(watched));
+      // The panic comes before the passes, so Return's own note sounds after its sweep.
+      const bool taken =
+          own && event->type() == QEvent::KeyPress && TakeWindowKey(key, repeat, static_cast<QWidget*>(watched));
       if (changed) RunPasses();
       return taken;
     }
