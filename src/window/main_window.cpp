@@ -18,6 +18,7 @@
 #include "window/file_commands.h"
 #include "window/fingerboard_panel.h"
 #include "window/keyboard_panel.h"
+#include "window/library_panel.h"
 #include "window/menu_bar.h"
 #include "window/midi_keyboard_panel.h"
 #include "window/picture_canvas.h"
@@ -147,6 +148,7 @@ void MainWindow::MakePanels() {
   new window::FingerboardPanel(*this);
   new window::ConversionPanel(*this);
   new window::MidiKeyboardPanel(*this);
+  new window::LibraryPanel(*this);  // after the transport and file commands it hands scores to
 }
 
 void MainWindow::ShowStaffScroll() {
