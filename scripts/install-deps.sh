@@ -5,13 +5,14 @@ set -euo pipefail
 
 packages=(
   build-essential cmake pkg-config ninja-build
-  qt6-base-dev qt6-base-dev-tools libgl-dev
+  qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl-dev
   libfluidsynth-dev libglib2.0-dev fluidsynth fluid-soundfont-gm fluid-soundfont-gs
   libasound2-dev libsndfile1-dev
   libgtest-dev googletest
   fonts-ipafont-gothic fonts-ipaexfont lilypond-fonts
   midicsv xvfb xdotool x11-apps x11-utils sox imagemagick xterm
   libx11-dev libxdamage-dev
+  desktop-file-utils appstream xdg-utils shared-mime-info libfile-mimeinfo-perl file
 )
 
 missing=()
