@@ -4,6 +4,8 @@
 //   lirenza-pictures --out DIR [--font EMMENTALER.otf]
 //   lirenza-pictures --sheet OUT.png --from DIR      every picture with name and size
 //   lirenza-pictures --preview OUT.png --from DIR    a melody on the staff at real scale
+//   lirenza-pictures --icons DIR --name NAME [--font EMMENTALER.otf]
+//                                                    the program's icon, as a hicolor theme
 #include <QDir>
 #include <QElapsedTimer>
 #include <QGuiApplication>
@@ -107,10 +109,18 @@ int main(int argc, char** argv) {
     return error.isEmpty() ? 0 : Fail(error);
   }
   QString out = Option(args, QStringLiteral("--out"));
-  if (out.isEmpty())
-    return Fail(QStringLiteral("usage: lirenza-pictures --out DIR [--font FILE] | --sheet OUT.png --from DIR | --preview OUT.png --from DIR"));
+  QString icons = Option(args, QStringLiteral("--icons"));
+  QString iconName = Option(args, QStringLiteral("--name"));
+  if (out.isEmpty() && (icons.isEmpty() || iconName.isEmpty()))
+    return Fail(QStringLiteral("usage: lirenza-pictures --out DIR [--font FILE] | --icons DIR --name NAME [--font FILE] | --sheet OUT.png --from DIR | --preview OUT.png --from DIR"));
   QString font = Option(args, QStringLiteral("--font"));
   if (font.isEmpty()) font = FindEmmentaler();
   if (font.isEmpty()) return Fail(QStringLiteral("the Emmentaler font of lilypond-fonts is not installed"));
+  if (!icons.isEmpty()) {
+    MusicFont music;
+    if (!music.Load(font)) return Fail(music.Error());
+    QString error = DrawIcons(music, icons, iconName);
+    return error.isEmpty() ? 0 : Fail(error);
+  }
   return DrawAll(out, font);
 }
