@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "app/app_start.h"
+#include "app/single_instance.h"
 #include "platform/alsa_midi_input.h"
 #include "platform/sound_system.h"
 #include "platform/traced_note_player.h"
@@ -53,6 +55,13 @@ int main(int argc, char* argv[]) {
   QApplication::setOrganizationName(QStringLiteral("Lirenza"));
   // The installed Japanese face, named outright, so every machine draws the same text.
   QApplication::setFont(QFont(QStringLiteral("IPAexGothic")));
+  lirenza::InstallToolkitTranslation(app);
+
+  // One window for every score: when a program of this user already runs, the files
+  // named here go to it, and this one ends before it loads any sound.
+  const QStringList files = lirenza::AbsoluteFiles(QApplication::arguments().mid(1));
+  lirenza::SingleInstance instance(lirenza::SingleInstance::DefaultServerName());
+  if (instance.HandOverOrListen(files) == lirenza::SingleInstance::Start::HandedOver) return 0;
 
   // The sound fonts load on a thread of their own once the window has painted; the
   // players take every call meanwhile and sound as soon as the fonts are in.
@@ -73,8 +82,11 @@ int main(int argc, char* argv[]) {
   lirenza::MainWindow window(std::move(services));
   new AfterFirstPaint(window, [&sound] { sound.StartLoading(); });
   window.show();
-  // A score named on the command line opens as a document does.
-  const QStringList arguments = QApplication::arguments();
-  if (arguments.size() > 1) window.OpenDocument(arguments.at(1));
+  // Scores named on the command line, here or by a program started later, open as
+  // documents do.
+  for (const QString& file : files) window.OpenDocument(file);
+  QObject::connect(&instance, &lirenza::SingleInstance::documentsReceived, &window,
+                   [&window](const QStringList& received) { lirenza::ReceiveDocuments(window, received); },
+                   Qt::QueuedConnection);
   return app.exec();
 }
