@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
   build-essential cmake pkg-config ninja-build
-  qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl-dev
+  qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl-dev qt6-translations-l10n
   libfluidsynth-dev libglib2.0-dev fluidsynth fluid-soundfont-gm fluid-soundfont-gs
   libasound2-dev libsndfile1-dev
   libgtest-dev googletest
