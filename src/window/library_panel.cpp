@@ -134,8 +134,8 @@ LibraryPanel::LibraryPanel(MainWindow& window)
     list_->setAcceptDrops(true);
     list_->viewport()->setAcceptDrops(true);
     list_->setDropIndicatorShown(true);
-    list_->installEventFilter(this);
     list_->viewport()->installEventFilter(this);
+    qApp->installEventFilter(this);  // the list's keys among all others
     connect(list_, &QTreeWidget::itemDoubleClicked, this, [this] { OpenOrThrowAway(); });
   }
   if (auto* transport = window_.findChild<TransportPanel*>()) transport->SetScoreLoader([this] { LoadSelected(); });
@@ -278,17 +278,18 @@ bool LibraryPanel::eventFilter(QObject* watched, QEvent* event) {
   switch (event->type()) {
     case QEvent::KeyPress:
     case QEvent::KeyRelease: {
-      if (watched != list_) break;
+      // Delete may go down while another control has the keyboard: it is followed
+      // wherever it goes, and the double click on the list then finds it held.
       auto* key = static_cast<QKeyEvent*>(event);
       if (key->key() == Qt::Key_Delete && !key->isAutoRepeat()) deleteHeld_ = event->type() == QEvent::KeyPress;
-      if (key->key() == Qt::Key_Backspace && event->type() == QEvent::KeyPress) {
+      if (watched == list_ && key->key() == Qt::Key_Backspace && event->type() == QEvent::KeyPress) {
         GiveOut(SelectedPath());
         return true;
       }
       break;
     }
-    case QEvent::FocusOut:
-      if (watched == list_) deleteHeld_ = false;  // the release goes elsewhere
+    case QEvent::WindowDeactivate:
+      if (watched == &window_) deleteHeld_ = false;  // its release goes to another window
       break;
     case QEvent::MouseButtonPress: {
       auto* mouse = static_cast<QMouseEvent*>(event);
