@@ -271,10 +271,12 @@ bool MainWindow::SettleUnsavedChanges() {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-  if (SettleUnsavedChanges())
+  if (SettleUnsavedChanges()) {
     event->accept();
-  else
+    emit Closing();
+  } else {
     event->ignore();
+  }
 }
 
 }  // namespace lirenza

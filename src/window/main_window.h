@@ -89,6 +89,8 @@ class MainWindow : public QWidget {
  signals:
   void StartPauseEnded();
   void scoreChanged(window::ScoreChange change);
+  // The window is closing for good: the close question, if any, let it go.
+  void Closing();
 
  protected:
   void paintEvent(QPaintEvent* event) override;
