@@ -15,6 +15,7 @@
 #include "platform/sound_system.h"
 #include "platform/traced_note_player.h"
 #include "window/main_window.h"
+#include "window/preferences_panel.h"
 
 namespace {
 
@@ -80,6 +81,8 @@ int main(int argc, char* argv[]) {
   services.midiNotes = std::make_shared<lirenza::AlsaMidiInput>();
 
   lirenza::MainWindow window(std::move(services));
+  // The settings of the last run, before the window first shows; written again at its close.
+  new lirenza::window::PreferencesPanel(window, lirenza::window::PreferencesPanel::DefaultPath());
   new AfterFirstPaint(window, [&sound] { sound.StartLoading(); });
   window.show();
   // Scores named on the command line, here or by a program started later, open as
