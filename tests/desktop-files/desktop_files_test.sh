@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Usage: desktop_files_test.sh BUILD_DIR APP_ID PROGRAM_NAME
+# Usage: desktop_files_test.sh SOURCE_DIR BUILD_DIR APP_ID PROGRAM_NAME
 # Installs the desktop component into a scratch prefix, then checks it as a desktop would
 # see it, with nothing from the user's own settings in the way.
 set -u
-build=$1 app_id=$2 program=$3
+source=$1 build=$2 app_id=$3 program=$4
 work=$(mktemp -d)
 trap 'rm -rf -- "$work"' EXIT
 failures=0
@@ -35,6 +35,7 @@ appstreamcli validate --strict --no-net --no-color "$metainfo" >"$work/appstream
 
 # --- The pieces must name each other: the launcher runs the installed program and shows
 # the installed icon, the AppStream data launches the installed launcher.
+png_size() { file -b "$1" | sed -n 's/^PNG image data, \([0-9]*\) x \([0-9]*\),.*/\1x\2/p'; }
 key() { sed -n "s/^$1=//p" "$launcher" | head -n 1; }
 [ "$(key Exec | cut -d' ' -f1)" = "$program" ] || fail "Exec runs '$(key Exec)', the program is $program"
 icon=$(key Icon)
@@ -42,12 +43,23 @@ icon=$(key Icon)
 [ -f "$share/icons/hicolor/48x48/apps/$icon.png" ] || fail "no 48x48 icon named '$icon', the size every theme falls back on"
 for png in "$share"/icons/hicolor/*x*/apps/"$icon".png; do
   folder=$(basename "$(dirname "$(dirname "$png")")")
-  drawn=$(file -b "$png" | sed -n 's/^PNG image data, \([0-9]*\) x \([0-9]*\),.*/\1x\2/p')
+  drawn=$(png_size "$png")
   [ "$drawn" = "$folder" ] || fail "$png is ${drawn:-no PNG}, its folder says $folder"
 done
 grep -q 'viewBox="0 0 ' "$share/icons/hicolor/scalable/apps/$icon.svg" || fail "the scalable icon has no viewBox"
 launchable=$(sed -n 's:.*<launchable type="desktop-id">\(.*\)</launchable>.*:\1:p' "$metainfo")
 [ -f "$share/applications/$launchable" ] || fail "the AppStream data launches '$launchable', which is not installed"
+
+# The screenshot is published from the repository: the file must be there, as large as
+# the AppStream data says.
+image=$(grep -o '<image [^<]*</image>' "$metainfo")
+shot=$(sed -n 's:.*>https\://raw.githubusercontent.com/[^/]*/[^/]*/[^/]*/\(.*\)</image>:\1:p' <<<"$image")
+said=$(sed -n 's/.*width="\([0-9]*\)" height="\([0-9]*\)".*/\1x\2/p' <<<"$image")
+if [ -n "$shot" ] && [ -f "$source/$shot" ]; then
+  [ "$(png_size "$source/$shot")" = "$said" ] || fail "the screenshot is not $said as the AppStream data says"
+else
+  fail "the screenshot '$image' is not a file of the repository"
+fi
 
 # --- File types: a score is known by its name only, so only the name may decide.
 mkdir -p "$work/files"
