@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QMenu>
 #include <QPaintEvent>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
 #include <fstream>
@@ -136,6 +137,14 @@ class WindowTest : public QObject {
   // drawsOwnViolin: no fake fingerboard, so the window paints fingers on its violin canvas.
   void MakeWindow(bool drawsOwnViolin = false) {
     window.reset();  // it holds the old fakes
+    // The window lists the score library of the data folder and fills it with the
+    // installed scores: each test program gets an empty one of its own, never the
+    // user's, unless the test chose its own scores.
+    if (!qEnvironmentVariableIsSet("LIRENZA_SCORES")) {
+      static QTemporaryDir dataHome;
+      qputenv("XDG_DATA_HOME", QFile::encodeName(dataHome.path()));
+      qputenv("LIRENZA_SCORES", QFile::encodeName(dataHome.filePath("no-scores")));
+    }
     sound = std::make_unique<FakeSound>(), clock = std::make_shared<FakeClock>();
     confirm = std::make_shared<FakeConfirm>(), dialogs = std::make_shared<FakeDialogs>();
     closeQuestion = std::make_shared<FakeCloseQuestion>(), launcher = std::make_shared<FakeLauncher>();
