@@ -178,6 +178,7 @@ class LibraryTest : public testing::WindowTest {
       if (c.nameTaken) {
         QCOMPARE(testing::FileBytes(target), std::string("already there"));
         QCOMPARE(testing::FileBytes(moved), movedBytes);
+        QVERIFY(dialogs->told[0].contains(QFileInfo(target).fileName()) && dialogs->told[0].count("。") == 1);
       } else {
         QCOMPARE(Titles().contains(drop ? "Dropped" : "Shipped"), c.expectedAt.contains("ScoreBox"));
       }
