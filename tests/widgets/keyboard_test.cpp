@@ -267,12 +267,7 @@ class KeyboardTest : public testing::WindowTest {
   // On the real violin picture: the held key's finger and vibrating string are drawn
   // and the bow shows; the release puts the clean violin back.
   void theFingerIsDrawnAndWipedOnTheViolin() {
-    window.reset();
-    SoundPorts ports = sound->ports;
-    ports.view = nullptr;
-    window = std::make_unique<MainWindow>(window::WindowServices{ports, clock, confirm, dialogs, closeQuestion});
-    window->show();
-    QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    MakeWindow(/*drawsOwnViolin=*/true);
     auto* violin = dynamic_cast<window::ViolinView*>(window->Services().ports.view);
     QVERIFY(violin);
     const QImage clean = violin->Picture().copy();

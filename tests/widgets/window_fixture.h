@@ -151,7 +151,7 @@ class WindowTest : public QObject {
     SoundPorts ports = sound->ports;
     if (drawsOwnViolin) ports.view = nullptr;
     window = std::make_unique<MainWindow>(
-        window::WindowServices{ports, clock, confirm, dialogs, closeQuestion, launcher});
+        window::WindowServices{ports, clock, confirm, dialogs, closeQuestion, launcher, {}});
     window->show();
     QVERIFY(QTest::qWaitForWindowActive(window.get()));
   }
