@@ -32,6 +32,9 @@ using layout::ControlId;
 constexpr int kNumberColumn = 0;
 constexpr int kTitleColumn = 1;
 constexpr int kFileNameRole = Qt::UserRole;
+// The list's margins around a title, and the smallest size a long title shrinks to.
+constexpr int kTitlePadding = 10;
+constexpr int kSmallestTitlePixels = 8;
 // Changes from outside show this soon; a copy of many files makes one rebuild.
 constexpr int kRebuildDelayMs = 100;
 // The record of the installed scores the library has received, beside the genre folders.
@@ -157,6 +160,18 @@ QString LibraryPanel::SelectedPath() const {
   return item ? QDir(GenreFolder()).filePath(item->data(kTitleColumn, kFileNameRole).toString()) : QString();
 }
 
+// A title too long for the narrow list is drawn smaller, down to a size still read,
+// rather than cut; its tooltip holds it whole.
+void LibraryPanel::FitTitle(QTreeWidgetItem& item, const QString& title) const {
+  item.setToolTip(kTitleColumn, title);
+  const int width = list_->columnWidth(kTitleColumn) - kTitlePadding;
+  QFont font = list_->font();
+  int pixels = QFontInfo(font).pixelSize();
+  font.setPixelSize(pixels);
+  while (pixels > kSmallestTitlePixels && QFontMetrics(font).horizontalAdvance(title) > width) font.setPixelSize(--pixels);
+  if (font != list_->font()) item.setFont(kTitleColumn, font);
+}
+
 void LibraryPanel::Rebuild(bool keepSelection) {
   Watch();
   if (!list_) return;
@@ -181,6 +196,7 @@ void LibraryPanel::Rebuild(bool keepSelection) {
     item->setText(kNumberColumn, QString::fromStdString(RowNumberText(list_->topLevelItemCount() - 1)));
     item->setTextAlignment(kNumberColumn, Qt::AlignCenter);
     item->setText(kTitleColumn, title);
+    FitTitle(*item, title);
     item->setData(kTitleColumn, kFileNameRole, name);
     if (name == kept) select = item;
   }

@@ -11,6 +11,7 @@
 #include <QTimer>
 
 class QTreeWidget;
+class QTreeWidgetItem;
 
 namespace lirenza {
 class MainWindow;
@@ -38,6 +39,7 @@ class LibraryPanel : public QObject {
   // Rebuilds the list from the folder; the selected score stays selected while it is
   // there, else the first row is.
   void Rebuild(bool keepSelection = true);
+  void FitTitle(QTreeWidgetItem& item, const QString& title) const;
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
