@@ -116,6 +116,15 @@ class LibraryTest : public testing::WindowTest {
 
     Click(ControlId::GenreButton, 4);
     QVERIFY(Titles().isEmpty() && Panel().SelectedPath().isEmpty());
+
+    // A title longer than the list is wide is drawn small enough to be read whole.
+    const QString longTitle = QString::fromUtf8("アイネ・クライネ・ナハトムジーク");
+    testing::WriteBytes(InGenre(4, longTitle + ".note"), "");
+    QTRY_COMPARE_WITH_TIMEOUT(Titles(), QStringList{longTitle}, 1000);
+    const QTreeWidgetItem* row = List()->topLevelItem(0);
+    QVERIFY(QFontMetrics(List()->font()).horizontalAdvance(longTitle) > List()->columnWidth(1));
+    QVERIFY(QFontMetrics(row->font(1)).horizontalAdvance(longTitle) < List()->columnWidth(1));
+    QCOMPARE(row->toolTip(1), longTitle);
   }
 
   void doubleClickOpensTrashesOrWaits() {
