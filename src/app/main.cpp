@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QFont>
+#include <QIcon>
 #include <QTimer>
 #include <cstdlib>
 #include <functional>
@@ -54,6 +55,9 @@ int main(int argc, char* argv[]) {
   QApplication app(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Lirenza"));
   QApplication::setOrganizationName(QStringLiteral("Lirenza"));
+  // The desktop finds the program's entry and icon by this name (Wayland's app id).
+  QGuiApplication::setDesktopFileName(QStringLiteral("io.github.lirenza.Lirenza"));
+  QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("io.github.lirenza.Lirenza")));
   // The installed Japanese face, named outright, so every machine draws the same text.
   QApplication::setFont(QFont(QStringLiteral("IPAexGothic")));
   lirenza::InstallToolkitTranslation(app);
