@@ -78,15 +78,6 @@ std::string SmallScoreText(const std::string& title) {
   return ScoreFileText(file);
 }
 
-double Median(std::vector<double> ms) {
-  std::sort(ms.begin(), ms.end());
-  return ms[ms.size() / 2];
-}
-
-void Report(const char* what, double ms, double target) {
-  std::printf("%-48s median %8.2f ms   target < %5.0f ms   %s\n", what, ms, target, ms < target ? "ok" : "OVER");
-}
-
 int Fail(const char* why) {
   std::fprintf(stderr, "library_listing: %s\n", why);
   return 1;
@@ -203,7 +194,7 @@ int main(int argc, char** argv) {
   }
 
   std::printf("%d scores in one genre, in a window of %dx%d\n", kScoreCount, window.width(), window.height());
-  Report("choose the genre until its list is painted", Median(chooseMs), kListTargetMs);
-  Report("a file written from outside until its row shows", Median(outsideMs), kOutsideWriteTargetMs);
+  bench::ReportMedianMs("choose the genre until its list is painted", chooseMs, kListTargetMs);
+  bench::ReportMedianMs("a file written from outside until its row shows", outsideMs, kOutsideWriteTargetMs);
   return 0;
 }

@@ -73,15 +73,6 @@ std::string DenseScoreText() {
   return ScoreFileText(file);
 }
 
-double Median(std::vector<double> ms) {
-  std::sort(ms.begin(), ms.end());
-  return ms[ms.size() / 2];
-}
-
-void Report(const char* what, double ms, double target) {
-  std::printf("%-48s median %8.2f ms   target < %5.0f ms   %s\n", what, ms, target, ms < target ? "ok" : "OVER");
-}
-
 int Fail(const char* why) {
   std::fprintf(stderr, "window_open_scroll: %s\n", why);
   return 1;
@@ -162,8 +153,8 @@ int main(int argc, char** argv) {
 
   std::printf("a score of %d notes, %d on each column, in a window of %dx%d\n", kNoteCount, kNotesPerColumn,
               window.width(), window.height());
-  Report("open the score and paint the staff", Median(openMs), kOpenTargetMs);
-  Report("one scroll step of the dense staff, painted", Median(stepMs), kScrollTargetMs);
+  bench::ReportMedianMs("open the score and paint the staff", openMs, kOpenTargetMs);
+  bench::ReportMedianMs("one scroll step of the dense staff, painted", stepMs, kScrollTargetMs);
   if (shot && !window.grab().save(QString::fromLocal8Bit(shot))) return Fail("the picture could not be written");
   std::remove(path.c_str());
   ::rmdir(dir.c_str());

@@ -138,4 +138,10 @@ inline void ReportMs(const char* what, const std::vector<double>& ms, double p99
               ms.size(), Percentile(ms, 0.5), p99, Percentile(ms, 1.0), p99Target, p99 < p99Target ? "ok" : "OVER");
 }
 
+// One line: the median of millisecond figures beside its target.
+inline void ReportMedianMs(const char* what, const std::vector<double>& ms, double target) {
+  const double median = Percentile(ms, 0.5);
+  std::printf("%-48s median %8.2f ms   target < %5.0f ms   %s\n", what, median, target, median < target ? "ok" : "OVER");
+}
+
 }  // namespace lirenza::bench
