@@ -41,15 +41,6 @@ constexpr double kListTargetMs = 100;
 constexpr double kOutsideWriteTargetMs = 1000;
 constexpr int kGiveUpMs = 5000;
 
-// Counts the paints a widget receives, so a timing is known to include one.
-struct PaintCounter : QObject {
-  int paints = 0;
-  bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() == QEvent::Paint) ++paints;
-    return false;
-  }
-};
-
 // Titles as a real library holds them: Japanese, Latin and numbers, mixed, so the
 // list's ordering has every kind of comparison to make.
 std::string TitleOf(int index) {
@@ -132,14 +123,8 @@ int main(int argc, char** argv) {
     if (!WriteFileAtomically(path, SmallScoreText(title), &error)) return Fail(error.c_str());
   }
 
-  window::WindowServices services;
-  services.dialogs = std::make_shared<bench::QuietDialogs>();
-  services.confirm = std::make_shared<bench::NoConfirm>();
-  services.closeQuestion = std::make_shared<bench::DiscardChanges>();
-  MainWindow window(std::move(services));
-  window.show();
-  for (int i = 0; i < 100 && !(window.windowHandle() && window.windowHandle()->isExposed()); ++i)
-    QApplication::processEvents(QEventLoop::AllEvents, 10);
+  MainWindow window(bench::QuietServices());
+  bench::ShowAndSettle(window);
   // The library shows once the start pause is over, as the user first sees it.
   QElapsedTimer started;
   started.start();
@@ -152,7 +137,7 @@ int main(int argc, char** argv) {
   auto* crowded = qobject_cast<QAbstractButton*>(window.Control(ControlId::GenreButton, kCrowdedGenre));
   auto* empty = qobject_cast<QAbstractButton*>(window.Control(ControlId::GenreButton, kEmptyGenre));
   if (!list || !crowded || !empty) return Fail("the window has no score list or genre buttons");
-  PaintCounter listPaints;
+  bench::PaintCounter listPaints;
   list->viewport()->installEventFilter(&listPaints);
 
   // Choosing the genre: the click reads the folder and fills the list, the event loop

@@ -41,15 +41,6 @@ constexpr int kNotesPerColumn = 9;  // a chord on every column: the densest staf
 constexpr double kOpenTargetMs = 300;
 constexpr double kScrollTargetMs = 8;
 
-// Counts the paints a widget receives, so a timing is known to include one.
-struct PaintCounter : QObject {
-  int paints = 0;
-  bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() == QEvent::Paint) ++paints;
-    return false;
-  }
-};
-
 // Chords of kNotesPerColumn notes on every column, bar after bar, as far as the scroll
 // bar reaches: wherever the view stands it is full.
 std::string DenseScoreText() {
@@ -101,17 +92,10 @@ int main(int argc, char** argv) {
 
   auto dialogs = std::make_shared<bench::QuietDialogs>();
   dialogs->path = QString::fromStdString(path);
-  window::WindowServices services;
-  services.dialogs = dialogs;
-  services.confirm = std::make_shared<bench::NoConfirm>();
-  services.closeQuestion = std::make_shared<bench::DiscardChanges>();
-  MainWindow window(std::move(services));
-  window.show();
-  for (int i = 0; i < 100 && !(window.windowHandle() && window.windowHandle()->isExposed()); ++i)
-    QApplication::processEvents(QEventLoop::AllEvents, 10);
-  QApplication::processEvents();
+  MainWindow window(bench::QuietServices(dialogs));
+  bench::ShowAndSettle(window);
 
-  PaintCounter staffPaints;
+  bench::PaintCounter staffPaints;
   window.Staff().installEventFilter(&staffPaints);
   Staff& staff = window.State().staff;
 

@@ -70,6 +70,33 @@ struct UndrawnFingerboard : FingerboardView {
   void ShowCleanViolin() override {}
 };
 
+// Services whose questions and dialogs are answered without a window: what the open
+// dialog names is dialogs->path.
+inline window::WindowServices QuietServices(std::shared_ptr<QuietDialogs> dialogs = std::make_shared<QuietDialogs>()) {
+  window::WindowServices services;
+  services.dialogs = std::move(dialogs);
+  services.confirm = std::make_shared<NoConfirm>();
+  services.closeQuestion = std::make_shared<DiscardChanges>();
+  return services;
+}
+
+// Shows the window and lets it reach the screen and paint, so no timing pays for that.
+inline void ShowAndSettle(QWidget& window) {
+  window.show();
+  for (int i = 0; i < 100 && !(window.windowHandle() && window.windowHandle()->isExposed()); ++i)
+    QApplication::processEvents(QEventLoop::AllEvents, 10);
+  QApplication::processEvents();
+}
+
+// Counts the paints a widget receives, so a timing is known to include one.
+struct PaintCounter : QObject {
+  int paints = 0;
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Paint) ++paints;
+    return false;
+  }
+};
+
 // The window as the program makes it, with players 0 (live) and 1 (score) timed.
 struct PlayedWindow {
   SoundSystem sound{AudioSettingsFromEnvironment(), {}, [](const std::string& line) {
@@ -86,20 +113,14 @@ struct PlayedWindow {
     const SoundStatus& status = sound.WaitReady();
     std::printf("sound: %s, driver %s\n", status.fontsLoaded ? "fonts loaded" : "no fonts (the players stay silent)",
                 status.driver.empty() ? "none" : status.driver.c_str());
-    window::WindowServices services;
+    window::WindowServices services = QuietServices(dialogs);
     for (int i = 0; i < kNotePlayers; ++i) services.ports.players[i] = &sound.Player(i);
     services.ports.players[kLivePlayer] = &live;
     services.ports.players[kScorePlayer] = &score;
     services.ports.view = view;
     services.clock = clock;
-    services.dialogs = dialogs;
-    services.confirm = std::make_shared<NoConfirm>();
-    services.closeQuestion = std::make_shared<DiscardChanges>();
     window = std::make_unique<MainWindow>(std::move(services));
-    window->show();
-    for (int i = 0; i < 100 && !(window->windowHandle() && window->windowHandle()->isExposed()); ++i)
-      QApplication::processEvents(QEventLoop::AllEvents, 10);
-    QApplication::processEvents();
+    ShowAndSettle(*window);
   }
   ~PlayedWindow() {
     live.Listen({});
