@@ -6,6 +6,8 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+
+#include "files/json_text.h"
 #include <vector>
 
 #include "files/score_file.h"
@@ -45,7 +47,6 @@ class Args {
 int ParseInt(const std::string& text, int lo, int hi, const std::string& what);
 
 // A JSON string literal of s; always valid UTF-8 (a byte that is not is written as U+FFFD).
-std::string JsonString(const std::string& s);
 // s for a terminal: control characters, backslashes and bytes that are not UTF-8 are
 // written as escapes ("\x1b", "\n", "\\"), so a score's text cannot drive the terminal.
 std::string TerminalText(const std::string& s);

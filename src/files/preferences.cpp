@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <limits>
 
+#include "files/json_text.h"
+
 namespace lirenza {
 namespace {
 
@@ -22,32 +24,9 @@ constexpr std::string_view kPrinterKey = "printerSetupStr";
 // brackets cannot exhaust the stack.
 constexpr int kMaxNesting = 64;
 
-void AppendJsonString(std::string& out, std::string_view text) {
-  out += '"';
-  for (unsigned char c : text) {
-    switch (c) {
-      case '"': out += "\\\""; break;
-      case '\\': out += "\\\\"; break;
-      case '\n': out += "\\n"; break;
-      case '\r': out += "\\r"; break;
-      case '\t': out += "\\t"; break;
-      default:
-        if (c < 0x20) {
-          static constexpr char kHex[] = "0123456789abcdef";
-          out += "\\u00";
-          out += kHex[c >> 4];
-          out += kHex[c & 15];
-        } else {
-          out += static_cast<char>(c);
-        }
-    }
-  }
-  out += '"';
-}
-
 void AppendMember(std::string& out, std::string_view key, int value) {
   if (out.size() > 1) out += ',';
-  AppendJsonString(out, key);
+  out += JsonString(key);
   out += ':';
   out += std::to_string(value);
 }
@@ -286,9 +265,9 @@ std::string PreferencesText(const Preferences& p) {
   AppendMember(out, kTempoKey, p.tempoSlider);
   AppendMember(out, kBackKey, p.backPicture);
   out += ',';
-  AppendJsonString(out, kPrinterKey);
+  out += JsonString(kPrinterKey);
   out += ':';
-  AppendJsonString(out, EncodeBase64Lines(p.printerSetup));
+  out += JsonString(EncodeBase64Lines(p.printerSetup));
   out += '}';
   return out;
 }
