@@ -55,23 +55,10 @@ bool FingerboardPanel::OnCanvas(QEvent* event) {
 }
 
 bool FingerboardPanel::MustEndHeldNote(QObject* watched, QEvent* event) const {
-  switch (event->type()) {
-    case QEvent::MouseButtonRelease:
-      // There is one mouse: wherever its release was sent, it ends the note.
-      return static_cast<const QMouseEvent*>(event)->button() == Qt::LeftButton;
-    case QEvent::WindowDeactivate:
-      return watched == &window_;
-    case QEvent::ApplicationStateChange:  // another program took over
-      return static_cast<const QApplicationStateChangeEvent*>(event)->applicationState() != Qt::ApplicationActive;
-    case QEvent::Show: {
-      // A dialog or a menu that opens takes the mouse with it. A tooltip does not.
-      if (!watched->isWidgetType()) return false;
-      const auto* shown = static_cast<const QWidget*>(watched);
-      return shown->isWindow() && shown != &window_ && shown->windowType() != Qt::ToolTip;
-    }
-    default:
-      return false;
-  }
+  // There is one mouse: wherever its release was sent, it ends the note.
+  if (event->type() == QEvent::MouseButtonRelease)
+    return static_cast<const QMouseEvent*>(event)->button() == Qt::LeftButton;
+  return window_.LosesInput(watched, event);
 }
 
 bool FingerboardPanel::Press(const QMouseEvent& event) {

@@ -95,23 +95,8 @@ bool KeyboardPanel::eventFilter(QObject* watched, QEvent* event) {
       if (changed) RunPasses();
       return taken;
     }
-    case QEvent::WindowDeactivate:
-      if (watched == &window_) LetGoOfEveryKey();
-      return false;
-    case QEvent::ApplicationStateChange:
-      if (static_cast<const QApplicationStateChangeEvent*>(event)->applicationState() != Qt::ApplicationActive)
-        LetGoOfEveryKey();
-      return false;
-    case QEvent::Show: {
-      // A menu or a dialog takes the keyboard: a key held now would never be seen rising.
-      if (!watched->isWidgetType()) return false;
-      const auto* shown = static_cast<const QWidget*>(watched);
-      if (shown != &window_ && shown->isWindow() &&
-          (shown->windowType() == Qt::Popup || shown->windowType() == Qt::Dialog || shown->isModal()))
-        LetGoOfEveryKey();
-      return false;
-    }
     default:
+      if (window_.LosesInput(watched, event)) LetGoOfEveryKey();
       return false;
   }
 }

@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QButtonGroup>
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
@@ -149,6 +150,22 @@ void MainWindow::MakePanels() {
   new window::ConversionPanel(*this);
   new window::MidiKeyboardPanel(*this);
   new window::LibraryPanel(*this);  // after the transport and file commands it hands scores to
+}
+
+bool MainWindow::LosesInput(const QObject* watched, const QEvent* event) const {
+  switch (event->type()) {
+    case QEvent::WindowDeactivate:
+      return watched == this;
+    case QEvent::ApplicationStateChange:
+      return static_cast<const QApplicationStateChangeEvent*>(event)->applicationState() != Qt::ApplicationActive;
+    case QEvent::Show: {
+      if (!watched->isWidgetType()) return false;
+      const auto* shown = static_cast<const QWidget*>(watched);
+      return shown != this && shown->isWindow() && shown->windowType() != Qt::ToolTip;
+    }
+    default:
+      return false;
+  }
 }
 
 void MainWindow::ShowStaffScroll() {

@@ -86,6 +86,12 @@ class MainWindow : public QWidget {
 
   PictureStore& Pictures() { return pictures_; }
 
+  // Whether event, sent to watched, takes the keyboard and mouse away from this
+  // window: it stops being the active window, the program goes to the background, or
+  // another of its windows (a menu, a dialog) opens over it. A key or a button held
+  // then is never seen rising, so whatever it sounds must end at once.
+  bool LosesInput(const QObject* watched, const QEvent* event) const;
+
  signals:
   void StartPauseEnded();
   void scoreChanged(window::ScoreChange change);
