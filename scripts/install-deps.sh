@@ -11,7 +11,7 @@ packages=(
   libgtest-dev googletest
   fonts-ipafont-gothic fonts-ipaexfont lilypond-fonts
   midicsv xvfb xdotool x11-apps x11-utils sox imagemagick xterm
-  libx11-dev libxdamage-dev
+  libx11-dev libxdamage-dev libxcb1-dev
   desktop-file-utils appstream xdg-utils shared-mime-info libfile-mimeinfo-perl file
 )
 

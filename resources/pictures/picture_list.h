@@ -99,4 +99,9 @@ inline constexpr std::array<std::string_view, kBackCount> kPortraitNames = {
     "ヨーゼフ・ヨアヒム",            "パブロ・デ・サラサーテ",
     "ウジェーヌ・イザイ",            "フリッツ・クライスラー"};
 
+// The same violinists by family name alone, for the preferences window's narrow list.
+inline constexpr std::array<std::string_view, kBackCount> kPortraitShortNames = {
+    "コレッリ",   "ヴィヴァルディ", "タルティーニ",     "ヴィオッティ", "パガニーニ", "シュポーア",
+    "ヴュータン", "ヴィエニャフスキ", "ヨアヒム", "サラサーテ",   "イザイ",     "クライスラー"};
+
 }  // namespace lirenza::pictures

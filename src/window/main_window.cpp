@@ -1,6 +1,7 @@
 #include "window/main_window.h"
 
 #include <QAbstractButton>
+#include <QBitmap>
 #include <QButtonGroup>
 #include <QCloseEvent>
 #include <QGuiApplication>
@@ -15,6 +16,7 @@
 #include "picture_list.h"
 #include "window/control_factory.h"
 #include "window/conversion_panel.h"
+#include "window/desktop_compositor.h"
 #include "window/entry_panel.h"
 #include "window/file_commands.h"
 #include "window/fingerboard_panel.h"
@@ -23,6 +25,7 @@
 #include "window/menu_bar.h"
 #include "window/midi_keyboard_panel.h"
 #include "window/picture_canvas.h"
+#include "window/preferences_window.h"
 #include "window/sound_panel.h"
 #include "window/staff_head_panel.h"
 #include "window/staff_history.h"
@@ -68,6 +71,7 @@ MainWindow::MainWindow(window::WindowServices services, QWidget* parent)
   PlaceStaff();
   GroupButtonFamilies();
   WireFrameButtons();
+  desktopComposites_ = window::DesktopComposites();
   SetBackPicture(0);
   MakePanels();
 
@@ -150,6 +154,7 @@ void MainWindow::MakePanels() {
   new window::ConversionPanel(*this);
   new window::MidiKeyboardPanel(*this);
   new window::LibraryPanel(*this);  // after the transport and file commands it hands scores to
+  new window::PreferencesWindow(*this);
 }
 
 bool MainWindow::LosesInput(const QObject* watched, const QEvent* event) const {
@@ -220,13 +225,51 @@ void MainWindow::WireFrameButtons() {
           [this] { SetBackPicture((backPicture_ + 1) % kBackPictureCount); });
 }
 
-void MainWindow::SetBackPicture(int n) {
+void MainWindow::SetBackPicture(int n, PlayerName name) {
   backPicture_ = n;
   const int shown = n >= 0 && n < kBackPictureCount ? n : kFallbackBackPicture;
   back_ = pictures_.Picture(QStringLiteral("ViolinBack%1").arg(shown));
-  if (auto* name = qobject_cast<QLabel*>(Control(ControlId::PlayerNameLabel)))
-    name->setText(ToQString(pictures::kPortraitNames[shown]));
+  if (auto* label = qobject_cast<QLabel*>(Control(ControlId::PlayerNameLabel)); label && name == PlayerName::Follows)
+    label->setText(ToQString(pictures::kPortraitNames[shown]));
+  FollowBackOutline();
   update();
+}
+
+void MainWindow::SetKeyboardLayout(int layout) {
+  if (layout == keyboardLayout_) return;
+  keyboardLayout_ = layout;
+  emit keyboardLayoutChanged(layout);
+}
+
+void MainWindow::SetDesktopComposites(bool composites) {
+  desktopComposites_ = composites;
+  FollowBackOutline();
+  update();
+}
+
+void MainWindow::SetBodyColour(QColor colour) {
+  bodyColour_ = colour;
+  update();
+}
+
+// Without a compositor the window is cut to the back's outline: what is even a little
+// opaque stays, so the soft edge is drawn over the body colour instead of black.
+void MainWindow::FollowBackOutline() {
+  if (desktopComposites_ || back_.isNull()) {
+    clearMask();
+    return;
+  }
+  const QImage alpha = back_.convertToFormat(QImage::Format_Alpha8);
+  QImage outline(alpha.size(), QImage::Format_MonoLSB);
+  outline.setColorTable({qRgb(255, 255, 255), qRgb(0, 0, 0)});  // 1: black, the bitmap's inside
+  outline.fill(0);
+  for (int y = 0; y < alpha.height(); ++y) {
+    const uchar* from = alpha.constScanLine(y);
+    uchar* to = outline.scanLine(y);
+    for (int x = 0; x < alpha.width(); ++x)
+      if (from[x] != 0) to[x >> 3] |= uchar(1u << (x & 7));
+  }
+  setMask(QBitmap::fromImage(outline));
 }
 
 void MainWindow::EndStartPause() {
@@ -249,6 +292,7 @@ void MainWindow::paintEvent(QPaintEvent*) {
   painter.setCompositionMode(QPainter::CompositionMode_Source);
   painter.fillRect(rect(), Qt::transparent);  // what the picture leaves out shows the desktop
   painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+  if (!desktopComposites_) painter.fillRect(rect(), bodyColour_);
   painter.drawImage(0, 0, back_);
 }
 

@@ -3,6 +3,7 @@
 // is its back picture. It makes every control of the layout table, reveals the slow
 // ones after the start pause, is dragged by its body, minimised and closed by its
 // drawn buttons, and asks before closing over unsaved changes.
+#include <QColor>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QPoint>
@@ -78,10 +79,24 @@ class MainWindow : public QWidget {
   // Every change to the score is told here, and every panel that shows it hears it.
   void NotifyScoreChanged(window::ScoreChange change) { emit scoreChanged(change); }
 
-  // Shows back picture n and the name of its violinist; a number outside the twelve
-  // shows the eighth picture but is kept as given.
-  void SetBackPicture(int n);
+  // Shows back picture n and, unless told to keep it, the name of its violinist; a
+  // number outside the twelve shows the eighth picture but is kept as given.
+  enum class PlayerName { Follows, Stays };
+  void SetBackPicture(int n, PlayerName name = PlayerName::Follows);
   int BackPicture() const { return backPicture_; }
+
+  // The keyboard the user says is in front of them, 0 Japanese (JIS), 1 US. The keys
+  // play the same notes on either; the menus and the preferences show it.
+  void SetKeyboardLayout(int layout);
+  int KeyboardLayout() const { return keyboardLayout_; }
+
+  // Where the desktop composites windows, what the back leaves out shows the desktop;
+  // where it does not, it would show black, so the window takes the back's outline as
+  // its shape and lays the body colour under the back's soft edge.
+  void SetDesktopComposites(bool composites);
+  bool DesktopComposites() const { return desktopComposites_; }
+  void SetBodyColour(QColor colour);
+  QColor BodyColour() const { return bodyColour_; }
   bool StartPauseOver() const { return startPauseOver_; }
 
   PictureStore& Pictures() { return pictures_; }
@@ -95,6 +110,7 @@ class MainWindow : public QWidget {
  signals:
   void StartPauseEnded();
   void scoreChanged(window::ScoreChange change);
+  void keyboardLayoutChanged(int layout);
   // The window is closing for good: the close question, if any, let it go.
   void Closing();
 
@@ -113,6 +129,7 @@ class MainWindow : public QWidget {
   void WireFrameButtons();
   void EndStartPause();
   void PressOnBody(QMouseEvent* event);
+  void FollowBackOutline();
 
   // A window given no fingerboard view draws the fingers on its own violin.
   bool drawsOwnViolin_;
@@ -127,6 +144,9 @@ class MainWindow : public QWidget {
   bool startPauseOver_ = false;
   QImage back_;
   int backPicture_ = 0;
+  int keyboardLayout_ = 0;
+  bool desktopComposites_ = true;
+  QColor bodyColour_{0x19, 0x19, 0x19};
   std::function<bool()> save_;
   std::function<void(const QString&)> opener_;
   QPoint dragOffset_;  // from the window's corner to the mouse, at the press

@@ -89,6 +89,7 @@ MenuBar::MenuBar(MainWindow& window) : QObject(&window), window_(window) {
   ShowCheckMarks();
   ApplyEnablingRule();
   connect(&window_, &MainWindow::scoreChanged, this, &MenuBar::ApplyEnablingRule);
+  connect(&window_, &MainWindow::keyboardLayoutChanged, this, &MenuBar::ShowCheckMarks);
   // A shortcut is matched after its key is offered to the focused widget as an
   // override: the rule is brought up to date just before, whatever changed the score.
   qApp->installEventFilter(this);
@@ -196,8 +197,9 @@ void MenuBar::RegisterHandlers() {
   window_.OnMenu(MenuCommand::Scale, [this](int index) { ChooseScale(index); });
   window_.OnMenu(MenuCommand::BarCommand, [this](int index) { RunBarCommand(index); });
   window_.OnMenu(MenuCommand::BodyStyle, [this](int index) { SetBodyStyle(index); });
-  // The keyboard type is a mark only: the physical keys play the same notes on either.
-  window_.OnMenu(MenuCommand::KeyboardType, [](int) {});
+  // The keyboard type is a mark only: the physical keys play the same notes on either,
+  // and the mark shows what the preferences say.
+  window_.OnMenu(MenuCommand::KeyboardType, [this](int) { ShowCheckMarks(); });
   window_.OnMenu(MenuCommand::Cut, [this](int) {
     if (QLineEdit* field = TextField()) field->cut();
   });
@@ -256,19 +258,15 @@ void MenuBar::SetBodyStyle(int index) {
   if (index < 0 || index >= static_cast<int>(std::size(kBodyStyles))) return;
   bodyStyle_ = index;
   // The body changes under the violinist's name, which stays as it reads.
-  auto* name = qobject_cast<QLabel*>(window_.Control(ControlId::PlayerNameLabel));
-  const QString shownName = name ? name->text() : QString();
-  window_.SetBackPicture(kBodyStyles[index].backPicture);
-  if (name) name->setText(shownName);
-  QPalette palette = window_.palette();
-  palette.setColor(QPalette::Window, QColor::fromRgb(kBodyStyles[index].windowColour));
-  window_.setPalette(palette);
+  window_.SetBackPicture(kBodyStyles[index].backPicture, MainWindow::PlayerName::Stays);
+  window_.SetBodyColour(QColor::fromRgb(kBodyStyles[index].windowColour));
+  ShowCheckMarks();
 }
 
 void MenuBar::ShowCheckMarks() {
   for (int i = 0; i < static_cast<int>(scaleActions_.size()); ++i) scaleActions_[i]->setChecked(i == checkedScale_);
   for (int i = 0; i < static_cast<int>(keyboardActions_.size()); ++i)
-    keyboardActions_[i]->setChecked(i == keyboardType_);
+    keyboardActions_[i]->setChecked(i == window_.KeyboardLayout());
   for (int i = 0; i < static_cast<int>(bodyActions_.size()); ++i) bodyActions_[i]->setChecked(i == bodyStyle_);
 }
 

@@ -63,7 +63,6 @@ class MenuBar : public QObject {
   std::vector<Item> items_;
   std::vector<QAction*> scaleActions_, keyboardActions_, bodyActions_;
   int checkedScale_ = 0;
-  int keyboardType_ = 0;  // 0 JIS, 1 US: shown, not chosen, from here
   int bodyStyle_ = -1;    // none checked until one is chosen
   QPointer<QLineEdit> lastTextField_;
 };

@@ -54,6 +54,7 @@ void PreferencesPanel::Apply(const Preferences& p) {
   }
   if (QSlider* volume = Slider(window_, ControlId::VolumeSlider)) volume->setValue(p.volumeSlider);
   if (QSlider* tempo = Slider(window_, ControlId::TempoSlider)) tempo->setValue(p.tempoSlider);
+  window_.SetKeyboardLayout(p.keyboardLayout);
   window_.SetBackPicture(p.backPicture);
 }
 
@@ -62,6 +63,7 @@ Preferences PreferencesPanel::Current() const {
   p.windowPlace = WindowPlace{window_.x(), window_.y()};
   if (const QSlider* volume = Slider(window_, ControlId::VolumeSlider)) p.volumeSlider = volume->value();
   if (const QSlider* tempo = Slider(window_, ControlId::TempoSlider)) p.tempoSlider = tempo->value();
+  p.keyboardLayout = window_.KeyboardLayout();
   p.backPicture = window_.BackPicture();
   return p;
 }

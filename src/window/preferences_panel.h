@@ -1,8 +1,8 @@
 #pragma once
 // The settings that outlive a run, on the window: read once when the program starts
-// and applied to the window (its place, the two sliders, the back picture), written
-// when the window closes. The keyboard layout and the printer setup are kept as read
-// for whoever shows them, and written back as they are.
+// and applied to the window (its place, the keyboard layout, the two sliders, the back
+// picture), written when the window closes. The printer setup is kept as read for
+// whoever uses it, and written back as it is.
 #include <QObject>
 #include <QString>
 
@@ -23,9 +23,7 @@ class PreferencesPanel : public QObject {
   // ~/.config/Lirenza/Lirenza.json, or wherever the XDG configuration folder lies.
   static QString DefaultPath();
 
-  int KeyboardLayout() const { return kept_.keyboardLayout; }
   const std::string& PrinterSetup() const { return kept_.printerSetup; }
-  void SetKeyboardLayout(int layout) { kept_.keyboardLayout = layout; }
   void SetPrinterSetup(std::string setup) { kept_.printerSetup = std::move(setup); }
 
   // The window's settings as they stand now.

@@ -15,6 +15,13 @@
 namespace lirenza::window {
 namespace {
 
+// The velocity digit: its size, and its baseline in the note's picture beside the head.
+constexpr int kVelocityDigitPixels = 11;
+constexpr QPoint kDigitUnderHead{7, 32};
+constexpr QPoint kDigitOverHead{7, 13};
+// The note pictures whose stem falls from the head.
+constexpr char kStemDownFamily[] = "u";
+
 // Where the canvas stands in the window: notes keep window pixels.
 constexpr int kCanvasLeft = kViewLeft;
 constexpr int kCanvasTop = 60;
@@ -112,12 +119,17 @@ void StaffView::PaintNote(QPainter& painter, const Note& note) {
   if (const char* sign = SignPicture(note.accidentalSign))
     painter.drawImage(rect.topLeft() + QPoint(0, 6), state_.pictures.Picture(sign));
   if (!note.IsRest()) {
-    // Every note's loudness can be read on the staff, under its head.
+    // Every note's loudness can be read on the staff beside its head, on the side its
+    // stem leaves free: under a head whose stem rises, over one whose stem falls (the
+    // head fills rows 15 to 22 of the note's picture, a falling stem and its flags the
+    // rows below).
+    const bool stemFalls = note.picture.rfind(kStemDownFamily, 0) == 0;
     QFont font = painter.font();
-    font.setPixelSize(11);
+    font.setPixelSize(kVelocityDigitPixels);
     painter.setFont(font);
     painter.setPen(QColor(0, 0, 255));
-    painter.drawText(rect.topLeft() + QPoint(7, 27), QString::fromStdString(note.velocityDigit));
+    painter.drawText(rect.topLeft() + (stemFalls ? kDigitOverHead : kDigitUnderHead),
+                     QString::fromStdString(note.velocityDigit));
   }
   if (note.sounding) painter.drawImage(rect.topLeft(), state_.pictures.Picture("nOn"));
 }

@@ -73,8 +73,8 @@ class MenuBarTest : public testing::WindowTest {
   void itemsWaitForChangesAndForTheirHandler() {
     window->OnMenu(MenuCommand::SaveScore, [](int) {});
     const QStringList waiting = {"楽譜を保存", "小節カット", "小節コピー", "小節ペースト", "小節クリアー"};
-    const QStringList always = {"小節挿入", "全音符を2倍にする", "全音符を削除", "すべて選択", "ロクリアン"};
-    const QStringList later = {"用紙設定", "印刷", "Lirenzaヘルプ", "Lirenzaについて...", "環境設定"};
+    const QStringList always = {"小節挿入", "全音符を2倍にする", "全音符を削除", "すべて選択", "ロクリアン", "環境設定"};
+    const QStringList later = {"用紙設定", "印刷", "Lirenzaヘルプ", "Lirenzaについて..."};
     for (bool changed : {false, true}) {
       TheStaff().hasChanges = changed;
       QMenu* file = Item("ファイル")->menu();
@@ -184,6 +184,15 @@ class MenuBarTest : public testing::WindowTest {
     QCOMPARE(window->BackPicture(), 1);
     QCOMPARE(Get<QLabel>(ControlId::PlayerNameLabel)->text(), name);
     QCOMPARE(Checked("外観"), QStringList({"WhiteBody"}));
+    QCOMPARE(window->BodyColour(), QColor(0xb3, 0xb3, 0xb3));
+
+    // The keyboard marks show the layout the preferences hold; choosing one changes nothing.
+    QCOMPARE(Checked("キーボード"), QStringList({"JISキーボード"}));
+    window->SetKeyboardLayout(1);
+    QCOMPARE(Checked("キーボード"), QStringList({"USキーボード"}));
+    Item("JISキーボード")->trigger();
+    QCOMPARE(window->KeyboardLayout(), 1);
+    QCOMPARE(Checked("キーボード"), QStringList({"USキーボード"}));
   }
 };
 

@@ -76,7 +76,7 @@ class PreferencesTest : public testing::WindowTest {
     QCOMPARE(launcher->started.front().last(), QString::number(VolumeLevel(3)));
     QCOMPARE(window->State().tempoFactor, TempoForSlider(12).tempoFactor);
     QCOMPARE(window->BackPicture(), 6);
-    QCOMPARE(panel->KeyboardLayout(), 1);
+    QCOMPARE(window->KeyboardLayout(), 1);
     QVERIFY(panel->PrinterSetup() == saved.printerSetup);
     QVERIFY(window->close());
     QCOMPARE(ReadPreferences(testing::FileBytes(File())), saved);
