@@ -14,6 +14,7 @@
 #include <QSignalBlocker>
 
 #include "picture_list.h"
+#include "window/about_box.h"
 #include "window/control_factory.h"
 #include "window/conversion_panel.h"
 #include "window/desktop_compositor.h"
@@ -155,6 +156,7 @@ void MainWindow::MakePanels() {
   new window::MidiKeyboardPanel(*this);
   new window::LibraryPanel(*this);  // after the transport and file commands it hands scores to
   new window::PreferencesWindow(*this);
+  new window::AboutBox(*this);
 }
 
 bool MainWindow::LosesInput(const QObject* watched, const QEvent* event) const {

@@ -5,11 +5,14 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QLabel>
+#include <QMessageBox>
+#include <QRegularExpression>
 #include <QPushButton>
 #include <QTemporaryDir>
 
 #include "files/preferences.h"
 #include "picture_list.h"
+#include "window/about_box.h"
 #include "window/preferences_panel.h"
 #include "window/preferences_window.h"
 #include "window_fixture.h"
@@ -69,6 +72,17 @@ class BodiesTest : public testing::WindowTest {
     QCOMPARE(back->currentIndex(), -1);
     QCOMPARE(window->BackPicture(), MainWindow::kBackPictureCount);  // showing is not choosing
     dialog->close();
+  }
+
+  void theAboutBoxGivesTheVersionAndEveryLicence() {
+    QVERIFY(window->RunMenuCommand(window::MenuCommand::About));
+    QMessageBox* box = window->findChild<window::AboutBox*>()->Box();
+    QVERIFY(box && box->isVisible());
+    const QString text = box->text();
+    QVERIFY2(QRegularExpression(QStringLiteral("Lirenza \\d+\\.\\d+\\.\\d+")).match(text).hasMatch(), qPrintable(text));
+    for (const char* licence : {"GPL-3.0-or-later", "MIT", "SIL Open Font License", "IPA フォントライセンス"})
+      QVERIFY2(text.contains(QString::fromUtf8(licence)), licence);
+    box->close();
   }
 
   void withoutACompositorTheWindowTakesTheBacksOutline() {
