@@ -13,6 +13,7 @@ packages=(
   midicsv xvfb xdotool x11-apps x11-utils sox imagemagick xterm
   libx11-dev libxdamage-dev libxcb1-dev
   desktop-file-utils appstream xdg-utils shared-mime-info libfile-mimeinfo-perl file
+  poppler-utils
 )
 
 missing=()

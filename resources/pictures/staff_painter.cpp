@@ -6,6 +6,7 @@
 
 #include "drawing.h"
 #include "painters.h"
+#include "score/print_layout.h"
 
 namespace lirenza::pictures {
 namespace {
@@ -130,23 +131,22 @@ QImage TempoMark(const MusicFont& font) {
 }
 
 // The printed page: a grand staff every 108 pixels where the print places the
-// notes, five bars to a line. The eleventh line has room for its treble staff only.
+// notes, five bars to a line, as many lines as the print puts on a sheet, each whole.
 QImage PrintSheet(const MusicFont& font) {
   QImage image = NewPicture(kPrintSheetSize, colour::kPrintPaper);
   const QColor ink(0, 0, 0);
-  // A note of Top T prints at y = T + 108k - 10, its head 18 lower: the line of
-  // pitch p lies at EntryTopOfPitch(p) + 8 + 108k, as on a canvas of Top -8 - 108k.
-  for (int line = 0; line < 11; ++line) {
-    int top = -8 - 108 * line;
-    bool bass = StaffRow(43, top) < image.height();
-    StaffLines(image, top, 12, 790, bass);
-    VLine(image, 12, StaffRow(77, top), StaffRow(bass ? 43 : 64, top), ink);
-    for (int bar = 0; bar < 5; ++bar) BarLine(image, 75 + kBarLineOffset + bar * kBarWidth, top, ink, bass);
+  // A note of Top T prints at y = T + 108k - 10 with its head 18 lower, at
+  // EntryTopOfPitch(p) + 8 + 108k: the rows of a canvas whose Top is 10 - 108k.
+  for (int line = 0; line < lirenza::kPrintLinesPerSheet; ++line) {
+    const int top = lirenza::kPrintNoteRise - lirenza::kPrintLineStep * line;
+    StaffLines(image, top, 12, 790, true);
+    VLine(image, 12, StaffRow(77, top), StaffRow(43, top), ink);
+    for (int bar = 0; bar < 5; ++bar) BarLine(image, 75 + kBarLineOffset + bar * kBarWidth, top, ink, true);
     QPainter p(&image);
     BeginSmooth(p);
-    if (bass) Brace(p, 5.0, StaffRow(77, top) - 0.5, StaffRow(43, top) + 1.5);
+    Brace(p, 5.0, StaffRow(77, top) - 0.5, StaffRow(43, top) + 1.5);
     DrawGlyph(p, font, "clefs.G", 16.0, StaffRow(67, top) + 0.5, ink);
-    if (bass) DrawGlyph(p, font, "clefs.F", 16.0, StaffRow(53, top) + 0.5, ink);
+    DrawGlyph(p, font, "clefs.F", 16.0, StaffRow(53, top) + 0.5, ink);
   }
   return image;
 }

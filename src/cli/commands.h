@@ -13,5 +13,6 @@ int RunScale(const Argv& args);
 int RunInspect(const Argv& args);
 int RunRender(const Argv& args);
 int RunInstruments(const Argv& args);
+int RunPdf(const Argv& args);
 
 }  // namespace lirenza::cli

@@ -51,6 +51,11 @@ const Command kCommands[] = {
     {"instruments", "instruments [--json]",
      "Lists the 235 instruments and whether the installed SoundFonts hold each.\n",
      lirenza::cli::RunInstruments},
+    {"pdf", "pdf SCORE.note... (-o OUT.pdf | -d DIR) [--tempo 0..15] [--paper a4|letter] [--strict]",
+     "Writes each score's printed sheets to a PDF file, five bars to a line and ten lines to\n"
+     "a sheet, as many sheets as the score needs; with -d, DIR/NAME.pdf for each. Needs no\n"
+     "display. Repairs and --strict as for midi.\n",
+     lirenza::cli::RunPdf},
 };
 
 void PrintHelp(std::ostream& out) {
@@ -66,6 +71,7 @@ void PrintHelp(std::ostream& out) {
          "  render   play a score into a WAV or FLAC file, in just intonation, faster than\n"
          "           real time (defaults: the score's tempo and instrument, gate 0.95)\n"
          "  instruments  list the 235 instruments and whether the SoundFonts hold each\n"
+         "  pdf      write a score's printed sheets to a PDF file\n"
          "\n'lirenza-cli COMMAND --help' tells more about one command.\n"
          "\nExit status: 0 on success, 1 when a file cannot be read or written (or, with\n"
          "several scores, when any of them failed), 2 for a mistake in the command line.\n";

@@ -27,6 +27,7 @@
 #include "window/midi_keyboard_panel.h"
 #include "window/picture_canvas.h"
 #include "window/preferences_window.h"
+#include "window/print_panel.h"
 #include "window/sound_panel.h"
 #include "window/staff_head_panel.h"
 #include "window/staff_history.h"
@@ -157,6 +158,7 @@ void MainWindow::MakePanels() {
   new window::LibraryPanel(*this);  // after the transport and file commands it hands scores to
   new window::PreferencesWindow(*this);
   new window::AboutBox(*this);
+  new window::PrintPanel(*this);
 }
 
 bool MainWindow::LosesInput(const QObject* watched, const QEvent* event) const {

@@ -12,6 +12,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <string>
 #include <utility>
 
 #include "window/close_question.h"
@@ -89,6 +90,9 @@ class MainWindow : public QWidget {
   // play the same notes on either; the menus and the preferences show it.
   void SetKeyboardLayout(int layout);
   int KeyboardLayout() const { return keyboardLayout_; }
+  // The page setup of the last run, as the printing keeps it; the settings file holds it.
+  void SetPrinterSetup(std::string setup) { printerSetup_ = std::move(setup); }
+  const std::string& PrinterSetup() const { return printerSetup_; }
 
   // Where the desktop composites windows, what the back leaves out shows the desktop;
   // where it does not, it would show black, so the window takes the back's outline as
@@ -145,6 +149,7 @@ class MainWindow : public QWidget {
   QImage back_;
   int backPicture_ = 0;
   int keyboardLayout_ = 0;
+  std::string printerSetup_;
   bool desktopComposites_ = true;
   QColor bodyColour_{0x19, 0x19, 0x19};
   std::function<bool()> save_;

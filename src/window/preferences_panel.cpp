@@ -56,6 +56,7 @@ void PreferencesPanel::Apply(const Preferences& p) {
   if (QSlider* tempo = Slider(window_, ControlId::TempoSlider)) tempo->setValue(p.tempoSlider);
   window_.SetKeyboardLayout(p.keyboardLayout);
   window_.SetBackPicture(p.backPicture);
+  window_.SetPrinterSetup(p.printerSetup);
 }
 
 Preferences PreferencesPanel::Current() const {
@@ -64,6 +65,7 @@ Preferences PreferencesPanel::Current() const {
   if (const QSlider* volume = Slider(window_, ControlId::VolumeSlider)) p.volumeSlider = volume->value();
   if (const QSlider* tempo = Slider(window_, ControlId::TempoSlider)) p.tempoSlider = tempo->value();
   p.keyboardLayout = window_.KeyboardLayout();
+  p.printerSetup = window_.PrinterSetup();
   p.backPicture = window_.BackPicture();
   return p;
 }

@@ -1,8 +1,7 @@
 #pragma once
 // The settings that outlive a run, on the window: read once when the program starts
 // and applied to the window (its place, the keyboard layout, the two sliders, the back
-// picture), written when the window closes. The printer setup is kept as read for
-// whoever uses it, and written back as it is.
+// picture, the page setup), written when the window closes.
 #include <QObject>
 #include <QString>
 
@@ -23,8 +22,6 @@ class PreferencesPanel : public QObject {
   // ~/.config/Lirenza/Lirenza.json, or wherever the XDG configuration folder lies.
   static QString DefaultPath();
 
-  const std::string& PrinterSetup() const { return kept_.printerSetup; }
-  void SetPrinterSetup(std::string setup) { kept_.printerSetup = std::move(setup); }
 
   // The window's settings as they stand now.
   Preferences Current() const;

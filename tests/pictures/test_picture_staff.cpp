@@ -119,19 +119,24 @@ class StaffPicturesTest : public QObject {
 
   // The printed page: a note of Top T on print line k has its head at T + 8 + 108k,
   // five bars of 144 to a line, and the bass of the eleventh line does not fit.
-  void printedPageHasElevenLinesOfStaves() {
+  // Ten whole lines of treble and bass staves, each where the print puts the heads of
+  // its notes (a note of Top T prints at T - 10 + 108k, its head 18 lower), and
+  // nothing below the tenth: no line is only partly there.
+  void printedPageHasTenWholeLinesWhereTheNotesPrint() {
     const QImage page = Built("PSheet");
-    for (int line = 0; line < 11; ++line) {
-      const int top = -8 - 108 * line;
+    for (int line = 0; line < 10; ++line) {
+      const int top = 10 - 108 * line;
       for (int pitch : kLinePitches) {
         const int row = Row(pitch, top);
-        if (row >= page.height()) continue;
-        QVERIFY(pitch > 60 || line < 10);
+        QVERIFY(row < page.height());
         for (int x = 80; x < 790; x += 29)
           QVERIFY2(test::Ink(page, x, row) || (x - 214) % 144 == 0, qPrintable(QString("line %1 row %2").arg(line).arg(row)));
       }
       for (int bar = 0; bar < 5; ++bar) QVERIFY(test::Ink(page, 214 + 144 * bar, Row(71, top)));
     }
+    const int belowTenth = Row(std::end(kLinePitches)[-1], 10 - 108 * 9) + 12;
+    for (int y = belowTenth; y < page.height(); y += 3)
+      for (int x = 0; x < page.width(); x += 7) QVERIFY2(!test::Ink(page, x, y), qPrintable(QString("ink at %1,%2").arg(x).arg(y)));
   }
 };
 

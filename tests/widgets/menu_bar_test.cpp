@@ -74,8 +74,8 @@ class MenuBarTest : public testing::WindowTest {
     window->OnMenu(MenuCommand::SaveScore, [](int) {});
     const QStringList waiting = {"楽譜を保存", "小節カット", "小節コピー", "小節ペースト", "小節クリアー"};
     const QStringList always = {"小節挿入", "全音符を2倍にする", "全音符を削除", "すべて選択", "ロクリアン", "環境設定",
-                                "Lirenzaについて..."};
-    const QStringList later = {"用紙設定", "印刷", "Lirenzaヘルプ"};
+                                "Lirenzaについて...", "用紙設定", "印刷"};
+    const QStringList later = {"Lirenzaヘルプ"};
     for (bool changed : {false, true}) {
       TheStaff().hasChanges = changed;
       QMenu* file = Item("ファイル")->menu();
