@@ -1,5 +1,6 @@
 #include "drawing.h"
 
+#include "painters.h"
 #include "score/note_tables.h"
 
 namespace lirenza::pictures {
@@ -37,6 +38,22 @@ void FillRect(QImage& image, int x0, int y0, int x1, int y1, QColor colour) {
   }
 }
 
+void HLine(QPainter& painter, int x0, int x1, int y, QColor colour) { FillRect(painter, x0, y, x1, y, colour); }
+
+void VLine(QPainter& painter, int x, int y0, int y1, QColor colour) { FillRect(painter, x, y0, x, y1, colour); }
+
+void FillRect(QPainter& painter, int x0, int y0, int x1, int y1, QColor colour) {
+  painter.fillRect(QRectF(x0, y0, x1 - x0 + 1, y1 - y0 + 1), colour);
+}
+
+QImage Rasterize(PictureSize size, const std::function<void(QPainter&)>& paint, QColor fill) {
+  QImage image = NewPicture(size, fill);
+  QPainter painter(&image);
+  BeginSmooth(painter);
+  paint(painter);
+  return image;
+}
+
 void DrawGlyph(QPainter& painter, const MusicFont& font, const std::string& name, double x,
                double y, QColor colour, double sx, double sy, double staffSpace) {
   QPainterPath path = font.Glyph(name, staffSpace);
@@ -50,6 +67,15 @@ QRectF GlyphBox(const MusicFont& font, const std::string& name, double sx, doubl
                 double staffSpace) {
   QRectF box = font.Glyph(name, staffSpace).boundingRect();
   return QRectF(box.left() * sx, box.top() * sy, box.width() * sx, box.height() * sy);
+}
+
+bool PaintPicture(QPainter& painter, const MusicFont& font, const std::string& name) {
+  painter.save();
+  BeginSmooth(painter);
+  const bool painted = PaintNotePicture(painter, font, name) || PaintSignaturePicture(painter, font, name) ||
+                       PaintStaffPicture(painter, font, name);
+  painter.restore();
+  return painted;
 }
 
 int StaffRow(int pitch, int canvasTop) { return lirenza::EntryTopOfPitch(pitch) + 18 - canvasTop; }

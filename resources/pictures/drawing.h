@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QPainterPath>
+#include <functional>
 #include <string>
 
 #include "music_font.h"
@@ -35,6 +36,14 @@ void BeginSmooth(QPainter& painter);
 void HLine(QImage& image, int x0, int x1, int y, QColor colour);
 void VLine(QImage& image, int x, int y0, int y1, QColor colour);
 void FillRect(QImage& image, int x0, int y0, int x1, int y1, QColor colour);
+// The same lines and boxes as shapes, for pictures drawn at any scale: on whole pixels
+// at scale 1, as crisp as the ones set into the pixels.
+void HLine(QPainter& painter, int x0, int x1, int y, QColor colour);
+void VLine(QPainter& painter, int x, int y0, int y1, QColor colour);
+void FillRect(QPainter& painter, int x0, int y0, int x1, int y1, QColor colour);
+
+// A picture of this size painted by paint at scale 1, on a transparent or filled ground.
+QImage Rasterize(PictureSize size, const std::function<void(QPainter&)>& paint, QColor fill = Qt::transparent);
 
 // Fills a glyph whose reference point lands at (x, y), scaled by sx and sy.
 void DrawGlyph(QPainter& painter, const MusicFont& font, const std::string& name, double x,

@@ -1,6 +1,7 @@
 // Notes and rests, one picture per duration digit, 15 by 35 pixels with the head
 // centred on row 18, so a note whose Top is a staff line's Top sits on that line.
 #include <QPainter>
+#include <map>
 
 #include "drawing.h"
 #include "painters.h"
@@ -45,24 +46,17 @@ void DrawTripletMark(QPainter& p, const MusicFont& font, double x, double top) {
   DrawGlyph(p, font, "three", x, top + 6.0, colour::kInk, s, s);
 }
 
-QImage Note(const MusicFont& font, const NoteValue& v, bool stemUp) {
-  QImage image = NewPicture(kNoteSize);
-  QPainter p(&image);
-  BeginSmooth(p);
+void PaintNote(QPainter& p, const MusicFont& font, const NoteValue& v, bool stemUp) {
   const char* head = v.base == 0 ? "noteheads.s0" : v.base == 1 ? "noteheads.s1" : "noteheads.s2";
   QRectF box = GlyphBox(font, head);
   DrawGlyph(p, font, head, kHeadX - box.width() / 2 - box.left(), kHeadY, colour::kInk);
-  p.end();
-
   if (v.base >= 1) {
     // Stems are whole-pixel columns: from the head's middle to the picture's edge.
     if (stemUp)
-      VLine(image, kStemUpColumn, 0, 18, colour::kInk);
+      VLine(p, kStemUpColumn, 0, 18, colour::kInk);
     else
-      VLine(image, kStemDownColumn, 18, 34, colour::kInk);
+      VLine(p, kStemDownColumn, 18, 34, colour::kInk);
   }
-  p.begin(&image);
-  BeginSmooth(p);
   if (v.base >= 3) {
     std::string flag = std::string(stemUp ? "flags.u" : "flags.d") + std::to_string(v.base);
     QRectF f = GlyphBox(font, flag);
@@ -74,15 +68,11 @@ QImage Note(const MusicFont& font, const NoteValue& v, bool stemUp) {
     else
       DrawGlyph(p, font, flag, kStemDownColumn + 0.5, 35.0, colour::kInk, kFlagWidth, sy);
   }
-  DrawDots(p, font, v.dots, 12.4, kHeadY - (stemUp || v.base < 3 ? 0.0 : 0.0));
+  DrawDots(p, font, v.dots, 12.4, kHeadY);
   if (v.triplet) DrawTripletMark(p, font, stemUp ? 3.5 : 6.0, stemUp ? 1.0 : 7.5);
-  return image;
 }
 
-QImage Rest(const MusicFont& font, const NoteValue& v) {
-  QImage image = NewPicture(kNoteSize);
-  QPainter p(&image);
-  BeginSmooth(p);
+void PaintRest(QPainter& p, const MusicFont& font, const NoteValue& v) {
   std::string rest = "rests." + std::to_string(v.base);
   QRectF box = GlyphBox(font, rest);
   // A whole rest hangs from the line above the centre, a half rest sits on the line
@@ -93,21 +83,19 @@ QImage Rest(const MusicFont& font, const NoteValue& v) {
   DrawGlyph(p, font, rest, x, y, colour::kInk);
   DrawDots(p, font, v.dots, x + box.right() + 1.3, kHeadY - 3.0);
   if (v.triplet) DrawTripletMark(p, font, 4.5, 0.5);
-  return image;
 }
 
 // The accidental drawn over a note at (0, 6): its reference point on row 12 of the
 // sign picture is the note's row 18. A little smaller than the head's size, so it
 // fits the five columns left of the head.
-QImage Sign(const MusicFont& font, const std::string& glyph) {
-  QImage image = NewPicture(kSignSize);
-  QPainter p(&image);
-  BeginSmooth(p);
+void PaintSign(QPainter& p, const MusicFont& font, const std::string& glyph) {
   const double s = 0.72;
   QRectF box = GlyphBox(font, glyph, s, s);
   DrawGlyph(p, font, glyph, 2.5 - box.width() / 2 - box.left(), 12.5, colour::kInk, s, s);
-  return image;
 }
+
+const std::map<std::string, std::string> kSignGlyphs = {
+    {"Sh", "accidentals.sharp"}, {"Fl", "accidentals.flat"}, {"Nt", "accidentals.natural"}};
 
 // Drawn over a note while it sounds: a warm glow round the head that leaves the note
 // itself readable.
@@ -129,17 +117,29 @@ QImage SoundingMark() {
 
 }  // namespace
 
-void DrawNotes(const MusicFont& font, PictureSet& out) {
-  for (int digit = 0; digit < 16; ++digit) {
-    std::string d(1, kDigits[digit]);
-    out["n" + d] = Note(font, kValues[digit], true);
-    out["u" + d] = Note(font, kValues[digit], false);
-    out["r" + d] = Rest(font, kValues[digit]);
+bool PaintNotePicture(QPainter& p, const MusicFont& font, const std::string& name) {
+  if (auto sign = kSignGlyphs.find(name); sign != kSignGlyphs.end()) return PaintSign(p, font, sign->second), true;
+  if (name.size() != 2) return false;
+  const auto digit = kDigits.find(name[1]);
+  if (digit == std::string_view::npos) return false;
+  const NoteValue& value = kValues[digit];
+  switch (name[0]) {
+    case 'n': return PaintNote(p, font, value, true), true;
+    case 'u': return PaintNote(p, font, value, false), true;
+    case 'r': return PaintRest(p, font, value), true;
+    default: return false;
   }
+}
+
+void DrawNotes(const MusicFont& font, PictureSet& out) {
+  for (char family : {'n', 'u', 'r'})
+    for (char digit : kDigits) {
+      const std::string name{family, digit};
+      out[name] = Rasterize(kNoteSize, [&](QPainter& p) { PaintNotePicture(p, font, name); });
+    }
   out["nOn"] = SoundingMark();
-  out["Sh"] = Sign(font, "accidentals.sharp");
-  out["Fl"] = Sign(font, "accidentals.flat");
-  out["Nt"] = Sign(font, "accidentals.natural");
+  for (const auto& [name, glyph] : kSignGlyphs)
+    out[name] = Rasterize(kSignSize, [&](QPainter& p) { PaintSign(p, font, glyph); });
 }
 
 }  // namespace lirenza::pictures

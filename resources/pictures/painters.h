@@ -21,6 +21,15 @@ void DrawViolin(PictureSet& out);                             // Violin, Gen, Ge
 void DrawButtons(const MusicFont& font, PictureSet& out);     // buttons, panels, speaker
 void DrawBack(int index, PictureSet& out);                    // ViolinBack<index>
 
+// The pictures that print, painted as shapes in their own box at whatever scale the
+// painter has: a printer or a PDF gets them at its own resolution. PaintPicture takes
+// the notes, rests and signs, the signatures, the tempo mark and the print sheet, and
+// is false for any other name; the families' own painters answer for theirs.
+bool PaintPicture(QPainter& painter, const MusicFont& font, const std::string& name);
+bool PaintNotePicture(QPainter& painter, const MusicFont& font, const std::string& name);
+bool PaintSignaturePicture(QPainter& painter, const MusicFont& font, const std::string& name);
+bool PaintStaffPicture(QPainter& painter, const MusicFont& font, const std::string& name);
+
 // The program's icon, painted on a 256 x 256 canvas (scale the painter for other sizes).
 void PaintIcon(QPainter& painter, const MusicFont& font);
 // The sizes the desktop's icon theme looks for, each drawn from the same paths.

@@ -25,10 +25,7 @@ constexpr std::array<int, 7> kFlatsBass = {47, 52, 45, 50, 43, 48, 41};
 constexpr double kSignScale = 0.8;
 constexpr double kSignStep = 4.0;
 
-QImage KeySignature(const MusicFont& font, int count, bool sharps) {
-  QImage image = NewPicture(kKeySignatureSize);
-  QPainter p(&image);
-  BeginSmooth(p);
+void PaintKeySignature(QPainter& p, const MusicFont& font, int count, bool sharps) {
   const char* glyph = sharps ? "accidentals.sharp" : "accidentals.flat";
   QRectF box = GlyphBox(font, glyph, kSignScale, kSignScale);
   for (int i = 0; i < count; ++i) {
@@ -37,7 +34,6 @@ QImage KeySignature(const MusicFont& font, int count, bool sharps) {
       DrawGlyph(p, font, glyph, x, StaffRow(pitch, kKeyTop) + 0.5, colour::kInk, kSignScale,
                 kSignScale);
   }
-  return image;
 }
 
 // One number of a time signature, filling the two spaces between a staff's outer
@@ -58,29 +54,46 @@ void TimeNumber(QPainter& p, const MusicFont& font, int number, double top, doub
   }
 }
 
-QImage TimeSignature(const MusicFont& font, int upper, int lower) {
-  QImage image = NewPicture(kTimeSignatureSize);
-  QPainter p(&image);
-  BeginSmooth(p);
+void PaintTimeSignature(QPainter& p, const MusicFont& font, int upper, int lower) {
   for (auto [outer, middle, inner] : {std::array<int, 3>{77, 71, 64}, std::array<int, 3>{57, 50, 43}}) {
     double top = StaffRow(outer, kTimeTop) + 0.5, mid = StaffRow(middle, kTimeTop) + 0.5,
            bottom = StaffRow(inner, kTimeTop) + 0.5;
     TimeNumber(p, font, upper, top, mid);
     TimeNumber(p, font, lower, mid, bottom);
   }
-  return image;
+}
+
+// T1 to T9: 2/2, 2/4, 3/4, 4/4, 5/4, 3/8, 6/8, 9/8, 12/8.
+constexpr std::array<std::array<int, 2>, 9> kMetres = {
+    {{2, 2}, {2, 4}, {3, 4}, {4, 4}, {5, 4}, {3, 8}, {6, 8}, {9, 8}, {12, 8}}};
+
+// The number after the signature's letter, when it is within [lo, hi].
+int Count(const std::string& name, int lo, int hi) {
+  if (name.size() != 2 || name[1] < '0' || name[1] > '9') return -1;
+  const int n = name[1] - '0';
+  return n >= lo && n <= hi ? n : -1;
 }
 
 }  // namespace
 
+bool PaintSignaturePicture(QPainter& p, const MusicFont& font, const std::string& name) {
+  if (name.empty()) return false;
+  if (name[0] == 'S' && Count(name, 0, 7) >= 0) return PaintKeySignature(p, font, Count(name, 0, 7), true), true;
+  if (name[0] == 'F' && Count(name, 1, 7) >= 0) return PaintKeySignature(p, font, Count(name, 1, 7), false), true;
+  if (name[0] == 'T' && Count(name, 1, 9) >= 0) {
+    const auto& metre = kMetres[Count(name, 1, 9) - 1];
+    return PaintTimeSignature(p, font, metre[0], metre[1]), true;
+  }
+  return false;
+}
+
 void DrawSignatures(const MusicFont& font, PictureSet& out) {
-  for (int n = 0; n <= 7; ++n) out["S" + std::to_string(n)] = KeySignature(font, n, true);
-  for (int n = 1; n <= 7; ++n) out["F" + std::to_string(n)] = KeySignature(font, n, false);
-  // T1 to T9: 2/2, 2/4, 3/4, 4/4, 5/4, 3/8, 6/8, 9/8, 12/8.
-  constexpr std::array<std::array<int, 2>, 9> kMetres = {
-      {{2, 2}, {2, 4}, {3, 4}, {4, 4}, {5, 4}, {3, 8}, {6, 8}, {9, 8}, {12, 8}}};
-  for (int i = 0; i < 9; ++i)
-    out["T" + std::to_string(i + 1)] = TimeSignature(font, kMetres[i][0], kMetres[i][1]);
+  auto draw = [&](const std::string& name, PictureSize size) {
+    out[name] = Rasterize(size, [&](QPainter& p) { PaintSignaturePicture(p, font, name); });
+  };
+  for (int n = 0; n <= 7; ++n) draw("S" + std::to_string(n), kKeySignatureSize);
+  for (int n = 1; n <= 7; ++n) draw("F" + std::to_string(n), kKeySignatureSize);
+  for (int n = 1; n <= 9; ++n) draw("T" + std::to_string(n), kTimeSignatureSize);
 }
 
 }  // namespace lirenza::pictures

@@ -22,14 +22,17 @@ constexpr int kStaffTop = 60;  // top of the staff head, the staff and its narro
 constexpr int kBarWidth = 144;
 constexpr int kBarLineOffset = 139;
 
-void StaffLines(QImage& image, int top, int x0, int x1, bool bass = true) {
-  for (int pitch : kTreblePitches) HLine(image, x0, x1, StaffRow(pitch, top), colour::kLine);
+// On a picture's pixels or on a painter at any scale alike.
+template <typename Surface>
+void StaffLines(Surface& surface, int top, int x0, int x1, bool bass = true) {
+  for (int pitch : kTreblePitches) HLine(surface, x0, x1, StaffRow(pitch, top), colour::kLine);
   if (bass)
-    for (int pitch : kBassPitches) HLine(image, x0, x1, StaffRow(pitch, top), colour::kLine);
+    for (int pitch : kBassPitches) HLine(surface, x0, x1, StaffRow(pitch, top), colour::kLine);
 }
 
-void BarLine(QImage& image, int x, int top, QColor colour, bool bass = true) {
-  VLine(image, x, StaffRow(kTreblePitches.front(), top),
+template <typename Surface>
+void BarLine(Surface& surface, int x, int top, QColor colour, bool bass = true) {
+  VLine(surface, x, StaffRow(kTreblePitches.front(), top),
         StaffRow((bass ? kBassPitches : kTreblePitches).back(), top), colour);
 }
 
@@ -117,38 +120,30 @@ QImage RepeatBar() {
   return image;
 }
 
-QImage TempoMark(const MusicFont& font) {
-  QImage image = NewPicture(kTempoMarkSize);
-  QPainter p(&image);
-  BeginSmooth(p);
+void PaintTempoMark(QPainter& p, const MusicFont& font) {
   const double ss = 4.2;
   DrawGlyph(p, font, "noteheads.s2", 0.6, 11.6, colour::kInk, 1.0, 1.0, ss);
-  p.end();
-  VLine(image, 5, 1, 11, colour::kInk);
-  HLine(image, 9, 14, 6, colour::kInk);
-  HLine(image, 9, 14, 9, colour::kInk);
-  return image;
+  VLine(p, 5, 1, 11, colour::kInk);
+  HLine(p, 9, 14, 6, colour::kInk);
+  HLine(p, 9, 14, 9, colour::kInk);
 }
 
 // The printed page: a grand staff every 108 pixels where the print places the
 // notes, five bars to a line, as many lines as the print puts on a sheet, each whole.
-QImage PrintSheet(const MusicFont& font) {
-  QImage image = NewPicture(kPrintSheetSize, colour::kPrintPaper);
+void PaintPrintSheet(QPainter& p, const MusicFont& font) {
   const QColor ink(0, 0, 0);
+  p.fillRect(QRect(0, 0, kPrintSheetSize.width, kPrintSheetSize.height), colour::kPrintPaper);
   // A note of Top T prints at y = T + 108k - 10 with its head 18 lower, at
   // EntryTopOfPitch(p) + 8 + 108k: the rows of a canvas whose Top is 10 - 108k.
   for (int line = 0; line < lirenza::kPrintLinesPerSheet; ++line) {
     const int top = lirenza::kPrintNoteRise - lirenza::kPrintLineStep * line;
-    StaffLines(image, top, 12, 790, true);
-    VLine(image, 12, StaffRow(77, top), StaffRow(43, top), ink);
-    for (int bar = 0; bar < 5; ++bar) BarLine(image, 75 + kBarLineOffset + bar * kBarWidth, top, ink, true);
-    QPainter p(&image);
-    BeginSmooth(p);
+    StaffLines(p, top, 12, 790);
+    VLine(p, 12, StaffRow(77, top), StaffRow(43, top), ink);
+    for (int bar = 0; bar < 5; ++bar) BarLine(p, 75 + kBarLineOffset + bar * kBarWidth, top, ink);
     Brace(p, 5.0, StaffRow(77, top) - 0.5, StaffRow(43, top) + 1.5);
     DrawGlyph(p, font, "clefs.G", 16.0, StaffRow(67, top) + 0.5, ink);
     DrawGlyph(p, font, "clefs.F", 16.0, StaffRow(53, top) + 0.5, ink);
   }
-  return image;
 }
 
 }  // namespace
@@ -158,8 +153,14 @@ void DrawStaff(const MusicFont& font, PictureSet& out) {
   out["Sheet1"] = Sheet(4);
   out["Sheet2"] = Sheet(3);
   out["Repeat"] = RepeatBar();
-  out["Te"] = TempoMark(font);
-  out["PSheet"] = PrintSheet(font);
+  out["Te"] = Rasterize(kTempoMarkSize, [&](QPainter& p) { PaintTempoMark(p, font); });
+  out["PSheet"] = Rasterize(kPrintSheetSize, [&](QPainter& p) { PaintPrintSheet(p, font); });
+}
+
+bool PaintStaffPicture(QPainter& p, const MusicFont& font, const std::string& name) {
+  if (name == "Te") return PaintTempoMark(p, font), true;
+  if (name == "PSheet") return PaintPrintSheet(p, font), true;
+  return false;
 }
 
 }  // namespace lirenza::pictures

@@ -8,6 +8,7 @@
 
 #include "cli/cli_support.h"
 #include "cli/commands.h"
+#include "print/drawn_pictures.h"
 #include "print/page_setup.h"
 #include "print/score_sheets.h"
 #include "print/stored_pictures.h"
@@ -51,6 +52,13 @@ int RunPdf(const Argv& argv) {
   const auto tempoOption = args.IntOption("--tempo", 0, 15);
   const auto app = StartPainting();
   PictureStore store(PictureStore::DefaultFolder());
+  StoredPagePictures stored(store);
+  QString fontError;
+  const auto font = LoadMusicFont(&fontError);
+  if (!font) std::cerr << "lirenza-cli pdf: " << fontError.toStdString() << "; the notes are printed from the window's pictures\n";
+  std::unique_ptr<PagePictures> drawn;
+  if (font) drawn = std::make_unique<DrawnPagePictures>(*font, stored);
+  PagePictures& pictures = drawn ? *drawn : static_cast<PagePictures&>(stored);
   return ForEachScore(args, ".pdf", [&](const std::string& in, const std::string& out) {
     const ScoreFile file = ReadScore(in, args.Flag("--strict"));
     Staff staff;
@@ -64,7 +72,6 @@ int RunPdf(const Argv& argv) {
       writer.setPageLayout(layout);
       writer.setCreator(QStringLiteral("Lirenza"));
       writer.setTitle(score.title);
-      StoredPagePictures pictures(store);
       if (!PrintSheets(writer, score, pictures)) throw RunError(in + ": the PDF pages could not be drawn");
     }
     if (!store.Problems().isEmpty())

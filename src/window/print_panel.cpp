@@ -4,6 +4,7 @@
 #include <QPrintDialog>
 #include <QPrinter>
 
+#include "print/drawn_pictures.h"
 #include "print/page_setup.h"
 #include "print/score_sheets.h"
 #include "print/stored_pictures.h"
@@ -53,7 +54,13 @@ void PrintPanel::Print() {
   printer.setDocName(score.title);
   printer.setFromTo(1, score.sheets);
   if (!dialogs_->ChoosePrinter(&window_, printer)) return;
-  StoredPagePictures pictures(window_.Pictures());
+  // The music font is read only when something prints; without it the window's
+  // pictures print instead.
+  StoredPagePictures stored(window_.Pictures());
+  const auto font = LoadMusicFont(nullptr);
+  std::unique_ptr<PagePictures> drawn;
+  if (font) drawn = std::make_unique<DrawnPagePictures>(*font, stored);
+  PagePictures& pictures = drawn ? *drawn : static_cast<PagePictures&>(stored);
   if (!PrintSheets(printer, score, pictures)) window_.Services().dialogs->Tell(&window_, kPrintFailed);
 }
 

@@ -5,7 +5,7 @@
 # command line and unreadable files say what to do.
 set -u
 cli=$1
-for tool in pdfinfo pdftoppm pdfimages; do
+for tool in pdfinfo pdftoppm pdfimages convert; do
   command -v "$tool" >/dev/null || { echo "FAIL: $tool is missing: run scripts/install-deps.sh" >&2; exit 1; }
 done
 work=$(mktemp -d)
@@ -14,11 +14,11 @@ failures=0
 fail() { echo "FAIL: $*" >&2; failures=$((failures + 1)); }
 unset DISPLAY WAYLAND_DISPLAY  # as on a server: no display at all
 
-# A score of `bars` bars, a whole note C5 in each, written record by record.
+# A score of `bars` bars, a crotchet C5 at the start of each, written record by record.
 score() {
   local bars=$1 out=$2
   awk -v bars="$bars" 'BEGIN {
-    for (b = 0; b < bars; ++b) printf "%d,93,0,72,72,0,0,0,9,0,C590 ", 128 + 144 * b
+    for (b = 0; b < bars; ++b) printf "%d,93,0,72,72,0,0,0,9,4,C594 ", 128 + 144 * b
     printf ";%d bars;test;5;0;7;0;0\n", bars }' >"$out"
 }
 pages() { pdfinfo "$1" 2>/dev/null | awk '/^Pages:/ { print $2 }'; }
@@ -36,6 +36,21 @@ pdfinfo "$work/30.pdf" | grep -q '^Page size: *595 x 842 pts (A4)' || fail "the 
 "$cli" pdf "$work/30.note" --paper letter -o "$work/letter.pdf" &&
   pdfinfo "$work/letter.pdf" | grep -q 'letter' || fail "--paper letter did not give a letter page"
 
+# --- Drawn at the page's resolution: no picture in the file, only shapes and text, and
+# at 300 dpi the first note's head is there, round: grey only along its edge.
+images=$(pdfimages -list "$work/30.pdf" 2>/dev/null | tail -n +3 | wc -l)
+[ "$images" = 0 ] || fail "the page holds $images raster pictures: the notes are screen pictures blown up"
+pdftoppm -r 300 -gray -f 1 -l 1 "$work/30.pdf" "$work/page" && page=$(ls "$work"/page*.pgm | head -1)
+if [ -n "${page:-}" ]; then
+  # A4 at 300 dpi with 10 mm margins: the sheet's 855 pixels fill the 2244 of the
+  # printable width, so the first head (sheet 91, 101) lies at about 357, 432; it sits
+  # in a space of the staff, where an empty sheet has no ink.
+  ink=$(convert "$page" -crop 14x10+350+427 -threshold 50% -format '%[fx:int((1-mean)*w*h)]' info: 2>/dev/null)
+  [ "${ink:-0}" -gt 100 ] || fail "no note head where the first note of the score prints (ink ${ink:-none} of 140)"
+else
+  fail "pdftoppm could not render the page"
+fi
+
 # --- Mistakes: exit 2 with the usage, 1 for a file that cannot be read; no file written.
 "$cli" pdf "$work/30.note" --paper a3 -o "$work/bad.pdf" 2>"$work/err"
 [ $? = 2 ] && grep -q 'paper' "$work/err" || fail "--paper a3 was not refused with status 2"
@@ -47,4 +62,4 @@ if [ "$failures" -ne 0 ]; then
   echo "$failures failure(s)" >&2
   exit 1
 fi
-echo "pdf: page counts, page size and errors as expected"
+echo "pdf: page counts, page size, shapes and errors as expected"

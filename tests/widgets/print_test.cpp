@@ -135,6 +135,8 @@ class PrintTest : public testing::WindowTest {
     FillBars(bars);
     QVERIFY(window->RunMenuCommand(window::MenuCommand::Print));
     QCOMPARE(PdfPages(dialogs->pdf), sheets);
+    // Drawn at the printer's resolution: shapes and text, no screen picture.
+    QVERIFY(!QByteArray::fromStdString(testing::FileBytes(dialogs->pdf)).contains("/Subtype /Image"));
     // The last bar's note is on the last sheet's last used line.
     const QImage last = Compose(sheets - 1);
     const PaperPlace end = PlaceOnPaper(TheStaff().notes[bars].left, TheStaff().notes[bars].top);
