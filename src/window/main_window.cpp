@@ -21,6 +21,7 @@
 #include "window/entry_panel.h"
 #include "window/file_commands.h"
 #include "window/fingerboard_panel.h"
+#include "window/help_window.h"
 #include "window/keyboard_panel.h"
 #include "window/library_panel.h"
 #include "window/menu_bar.h"
@@ -159,6 +160,7 @@ void MainWindow::MakePanels() {
   new window::PreferencesWindow(*this);
   new window::AboutBox(*this);
   new window::PrintPanel(*this);
+  new window::HelpWindow(*this);
 }
 
 bool MainWindow::LosesInput(const QObject* watched, const QEvent* event) const {

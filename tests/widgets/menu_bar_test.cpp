@@ -70,19 +70,17 @@ class MenuBarTest : public testing::WindowTest {
     for (int row : {0, 10, 22}) QVERIFY(!scales[row]->isEnabled() && scales[row + 1]->isEnabled());
   }
 
-  void itemsWaitForChangesAndForTheirHandler() {
+  void itemsWaitForChanges() {
     window->OnMenu(MenuCommand::SaveScore, [](int) {});
     const QStringList waiting = {"楽譜を保存", "小節カット", "小節コピー", "小節ペースト", "小節クリアー"};
     const QStringList always = {"小節挿入", "全音符を2倍にする", "全音符を削除", "すべて選択", "ロクリアン", "環境設定",
-                                "Lirenzaについて...", "用紙設定", "印刷"};
-    const QStringList later = {"Lirenzaヘルプ"};
+                                "Lirenzaについて...", "用紙設定", "印刷", "Lirenzaヘルプ"};
     for (bool changed : {false, true}) {
       TheStaff().hasChanges = changed;
       QMenu* file = Item("ファイル")->menu();
       file->popup({0, 0});  // the rule runs as a menu opens
       for (const QString& text : waiting) QVERIFY2(Item(text)->isEnabled() == changed, qPrintable(text));
       for (const QString& text : always) QVERIFY2(Item(text)->isEnabled(), qPrintable(text));
-      for (const QString& text : later) QVERIFY2(!Item(text)->isEnabled(), qPrintable(text));
       file->hide();
     }
     // The shortcuts follow the rule too, even when nothing told the menu bar of the change.
