@@ -54,10 +54,14 @@ QPainterPath Outline() {
 // brightness wandering a little, over a slow glow where the arching catches light.
 void Maple(QImage& image, const Varnish& v, int seed) {
   const double ca = std::cos(v.flameAngle), sa = std::sin(v.flameAngle);
-  for (int y = 0; y < image.height(); ++y) {
-    auto* row = reinterpret_cast<QRgb*>(image.scanLine(y));
+  // Worked out at every pixel of the picture's own, from the window's coordinates.
+  const double scale = image.devicePixelRatio();
+  for (int row0 = 0; row0 < image.height(); ++row0) {
+    auto* row = reinterpret_cast<QRgb*>(image.scanLine(row0));
+    const double y = row0 / scale;
     double d = std::abs(y - kJoint);
-    for (int x = 0; x < image.width(); ++x) {
+    for (int column = 0; column < image.width(); ++column) {
+      const double x = column / scale;
       double along = x * ca + d * sa;
       double wobble = 9 * std::sin(x * 0.0061 + seed) + 5 * std::sin(d * 0.021 + x * 0.0023 + seed * 2.0);
       double flame = 0.5 + 0.5 * std::sin((along + wobble) / v.flameWidth);
@@ -67,7 +71,7 @@ void Maple(QImage& image, const Varnish& v, int seed) {
       double glow = std::max(0.0, 1.0 - (dx * dx + dy * dy)) * 0.35;
       double t = std::clamp(flame * 0.75 + glow + grain, 0.0, 1.0);
       auto mix = [t](int a, int b) { return std::clamp(int(a + (b - a) * t), 0, 255); };
-      row[x] = qRgb(mix(v.dark.red(), v.light.red()), mix(v.dark.green(), v.light.green()),
+      row[column] = qRgb(mix(v.dark.red(), v.light.red()), mix(v.dark.green(), v.light.green()),
                     mix(v.dark.blue(), v.light.blue()));
     }
   }
@@ -131,7 +135,7 @@ void DrawBack(int index, PictureSet& out) {
   const auto& k = kVarnishes[static_cast<size_t>(index)];
   Varnish v{QColor(k[0], k[1], k[2]), QColor(k[3], k[4], k[5]), 0.35 + 0.07 * (index % 5),
             7.0 + 1.5 * (index % 4)};
-  QImage wood(kBackSize.width, kBackSize.height, QImage::Format_RGB32);
+  QImage wood = NewPicture(kBackSize);
   Maple(wood, v, index * 3 + 1);
   QImage image = NewPicture(kBackSize);
   QPainter p(&image);

@@ -52,7 +52,7 @@ QImage PlayButton(int kind, bool pressed) {  // 0 play, 1 stop, 2 list play
   QImage image = NewPicture(kPlayButtonSize);
   QPainter p(&image);
   BeginSmooth(p);
-  RoundButton(p, image.size(), pressed);
+  RoundButton(p, image.deviceIndependentSize().toSize(), pressed);
   QPointF c(18, 18 + (pressed ? 0.8 : 0));
   const QColor colours[3] = {QColor(0x3c, 0xe0, 0x5a), QColor(0xf0, 0x40, 0x3a), QColor(0x40, 0xb0, 0xff)};
   QColor col = Lit(colours[kind], pressed);
@@ -191,13 +191,17 @@ QImage Speaker(int level) {
 // any row stands out.
 QImage ListBack() {
   QImage image = NewPicture(kListBackSize, QColor(0xf6, 0xef, 0xdc));
-  for (int y = 0; y < image.height(); ++y) {
-    auto* row = reinterpret_cast<QRgb*>(image.scanLine(y));
-    for (int x = 0; x < image.width(); ++x) {
+  const int scale = static_cast<int>(image.devicePixelRatio());
+  const int width = kListBackSize.width;
+  for (int row0 = 0; row0 < image.height(); ++row0) {
+    auto* row = reinterpret_cast<QRgb*>(image.scanLine(row0));
+    const int y = row0 / scale;
+    for (int column = 0; column < image.width(); ++column) {
+      const int x = column / scale;
       double v = 4 * std::sin(y * 0.21 + std::sin(x * 0.05) * 2) + ((x * 7 + y * 13) % 11 - 5) * 0.5;
-      double edge = std::min(x, image.width() - 1 - x) < 6 ? (6 - std::min(x, image.width() - 1 - x)) * 2.5 : 0;
+      double edge = std::min(x, width - 1 - x) < 6 ? (6 - std::min(x, width - 1 - x)) * 2.5 : 0;
       int r = int(246 + v - edge), g = int(239 + v - edge), b = int(220 + v * 0.6 - edge * 1.3);
-      row[x] = qRgb(std::clamp(r, 0, 255), std::clamp(g, 0, 255), std::clamp(b, 0, 255));
+      row[column] = qRgb(std::clamp(r, 0, 255), std::clamp(g, 0, 255), std::clamp(b, 0, 255));
     }
   }
   return image;

@@ -5,8 +5,16 @@
 
 namespace lirenza::pictures {
 
+namespace {
+thread_local int pictureScale = 1;
+}  // namespace
+
+void SetPictureScale(int scale) { pictureScale = std::max(1, scale); }
+int PictureScale() { return pictureScale; }
+
 QImage NewPicture(PictureSize size, QColor fill) {
-  QImage image(size.width, size.height, QImage::Format_ARGB32_Premultiplied);
+  QImage image(size.width * pictureScale, size.height * pictureScale, QImage::Format_ARGB32_Premultiplied);
+  image.setDevicePixelRatio(pictureScale);
   image.fill(fill);
   return image;
 }
@@ -28,6 +36,8 @@ void VLine(QImage& image, int x, int y0, int y1, QColor colour) {
 void FillRect(QImage& image, int x0, int y0, int x1, int y1, QColor colour) {
   QRgb pixel = colour.rgba();
   pixel = qPremultiply(pixel);
+  const int s = static_cast<int>(image.devicePixelRatio());
+  x0 *= s, y0 *= s, x1 = (x1 + 1) * s - 1, y1 = (y1 + 1) * s - 1;
   x0 = std::max(x0, 0);
   y0 = std::max(y0, 0);
   x1 = std::min(x1, image.width() - 1);
@@ -36,6 +46,13 @@ void FillRect(QImage& image, int x0, int y0, int x1, int y1, QColor colour) {
     auto* row = reinterpret_cast<QRgb*>(image.scanLine(y));
     for (int x = x0; x <= x1; ++x) row[x] = pixel;
   }
+}
+
+void Dot(QImage& image, int x, int y, QColor colour) { FillRect(image, x, y, x, y, colour); }
+
+QColor ColourAt(const QImage& image, int x, int y) {
+  const int s = static_cast<int>(image.devicePixelRatio());
+  return image.valid(x * s, y * s) ? image.pixelColor(x * s, y * s) : QColor();
 }
 
 void HLine(QPainter& painter, int x0, int x1, int y, QColor colour) { FillRect(painter, x0, y, x1, y, colour); }

@@ -24,7 +24,13 @@ inline const QColor kGuide{0xe2, 0xd8, 0xbf};
 inline const QColor kPrintPaper{0xff, 0xff, 0xff};
 }  // namespace colour
 
-// A new picture filled with one colour (transparent by default).
+// The scale this thread draws pictures at: 1 for a screen at 100 %, 2 for one at 200 %.
+// A picture of the list keeps its size in the window's pixels and gets scale times as
+// many of its own (QImage::devicePixelRatio), so shapes and text come out sharp.
+void SetPictureScale(int scale);
+int PictureScale();
+
+// A new picture filled with one colour (transparent by default), at the thread's scale.
 QImage NewPicture(PictureSize size, QColor fill = Qt::transparent);
 
 // A painter with antialiasing for shapes and glyphs; lines that must stay crisp are
@@ -32,10 +38,16 @@ QImage NewPicture(PictureSize size, QColor fill = Qt::transparent);
 void BeginSmooth(QPainter& painter);
 
 // One-pixel lines set straight into the pixels, so a staff line is never blurred over
-// two rows. Coordinates are inclusive.
+// two rows. Coordinates are inclusive, in the window's pixels: at scale 2 a line is two
+// of the picture's own pixels wide. Dot sets one window pixel; ColourAt reads one.
 void HLine(QImage& image, int x0, int x1, int y, QColor colour);
 void VLine(QImage& image, int x, int y0, int y1, QColor colour);
 void FillRect(QImage& image, int x0, int y0, int x1, int y1, QColor colour);
+void Dot(QImage& image, int x, int y, QColor colour);
+// A picture's width and height in the window's pixels, whatever its scale.
+inline int WidthOf(const QImage& image) { return static_cast<int>(image.deviceIndependentSize().width()); }
+inline int HeightOf(const QImage& image) { return static_cast<int>(image.deviceIndependentSize().height()); }
+QColor ColourAt(const QImage& image, int x, int y);
 // The same lines and boxes as shapes, for pictures drawn at any scale: on whole pixels
 // at scale 1, as crisp as the ones set into the pixels.
 void HLine(QPainter& painter, int x0, int x1, int y, QColor colour);

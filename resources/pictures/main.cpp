@@ -14,9 +14,11 @@
 #include <QtConcurrent/QtConcurrentMap>
 #include <cstdio>
 #include <functional>
+#include <map>
 #include <mutex>
 
 #include "painters.h"
+#include "drawing.h"
 #include "picture_list.h"
 #include "review.h"
 
@@ -57,10 +59,20 @@ int DrawAll(const QString& outDir, const QString& fontPath) {
   for (int i = 0; i < kBackCount; ++i)
     jobs.push_back([i](PictureSet& s, const MusicFont&) { DrawBack(i, s); });
 
+  // Every picture twice: for a screen at 100 % and, as NAME@2x.png, at 200 %; a screen
+  // at 150 % shows the second drawn smaller, never the first blown up.
+  struct Job {
+    std::function<void(PictureSet&, const MusicFont&)> draw;
+    int scale;
+  };
+  std::vector<Job> scaledJobs;
+  for (int scale : {1, 2})
+    for (const auto& job : jobs) scaledJobs.push_back({job, scale});
+
   std::mutex lock;
-  PictureSet all;
+  std::map<int, PictureSet> all;  // by scale: the size of each picture drawn
   QStringList errors;
-  QtConcurrent::blockingMap(jobs, [&](const std::function<void(PictureSet&, const MusicFont&)>& job) {
+  QtConcurrent::blockingMap(scaledJobs, [&](const Job& job) {
     // The raw font is not shared between threads: each job reads its own.
     MusicFont font;
     if (!font.Load(fontPath)) {
@@ -68,28 +80,33 @@ int DrawAll(const QString& outDir, const QString& fontPath) {
       errors << font.Error();
       return;
     }
+    SetPictureScale(job.scale);
     PictureSet mine;
-    job(mine, font);
+    job.draw(mine, font);
+    const QString suffix = job.scale == 1 ? QStringLiteral(".png") : QStringLiteral("@%1x.png").arg(job.scale);
     for (auto& [name, image] : mine)
-      if (!Save(image, QDir(outDir).filePath(QString::fromStdString(name) + ".png"))) {
+      if (!Save(image, QDir(outDir).filePath(QString::fromStdString(name) + suffix))) {
         std::lock_guard guard(lock);
-        errors << QStringLiteral("cannot write %1.png").arg(QString::fromStdString(name));
+        errors << QStringLiteral("cannot write %1%2").arg(QString::fromStdString(name), suffix);
       }
     std::lock_guard guard(lock);
-    for (auto& [name, image] : mine) all[name] = QImage(image.size(), QImage::Format_Mono);
+    for (auto& [name, image] : mine) all[job.scale][name] = QImage(image.size(), QImage::Format_Mono);
   });
   if (!errors.isEmpty()) return Fail(errors.join(QStringLiteral("; ")));
-  for (const PictureSpec& spec : AllPictures()) {
-    auto it = all.find(spec.name);
-    if (it == all.end()) return Fail(QStringLiteral("%1.png was not drawn").arg(QString::fromStdString(spec.name)));
-    if (it->second.width() != spec.size.width || it->second.height() != spec.size.height)
-      return Fail(QStringLiteral("%1.png is %2 x %3, not %4 x %5")
-                      .arg(QString::fromStdString(spec.name))
-                      .arg(it->second.width()).arg(it->second.height())
-                      .arg(spec.size.width).arg(spec.size.height));
+  for (const auto& [scale, drawn] : all) {
+    for (const PictureSpec& spec : AllPictures()) {
+      auto it = drawn.find(spec.name);
+      if (it == drawn.end()) return Fail(QStringLiteral("%1.png was not drawn").arg(QString::fromStdString(spec.name)));
+      if (it->second.width() != spec.size.width * scale || it->second.height() != spec.size.height * scale)
+        return Fail(QStringLiteral("%1.png at scale %2 is %3 x %4, not %5 x %6")
+                        .arg(QString::fromStdString(spec.name))
+                        .arg(scale)
+                        .arg(it->second.width()).arg(it->second.height())
+                        .arg(spec.size.width * scale).arg(spec.size.height * scale));
+    }
+    if (drawn.size() != AllPictures().size()) return Fail(QStringLiteral("a picture outside the list was drawn"));
   }
-  if (all.size() != AllPictures().size()) return Fail(QStringLiteral("a picture outside the list was drawn"));
-  std::printf("lirenza-pictures: %zu pictures in %s, %lld ms\n", all.size(), qPrintable(outDir),
+  std::printf("lirenza-pictures: %zu pictures at scales 1 and 2 in %s, %lld ms\n", all[1].size(), qPrintable(outDir),
               static_cast<long long>(clock.elapsed()));
   return 0;
 }

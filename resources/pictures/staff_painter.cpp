@@ -57,7 +57,7 @@ void Clefs(QPainter& p, const MusicFont& font, double x, int top) {
 QImage StaffHead(const MusicFont& font) {
   QImage image = NewPicture(kStaffHeadSize, colour::kPaper);
   const int systemLine = 7;
-  StaffLines(image, kStaffTop, systemLine, image.width() - 1);
+  StaffLines(image, kStaffTop, systemLine, WidthOf(image) - 1);
   FillRect(image, systemLine, StaffRow(77, kStaffTop), systemLine + 1, StaffRow(43, kStaffTop),
            colour::kInk);
   QPainter p(&image);
@@ -74,32 +74,32 @@ void BeatGuides(QImage& image, int barStart, int beats) {
   for (int b = 0; b < beats; ++b) {
     int x = barStart + 16 + b * step;
     for (int y = StaffRow(77, kStaffTop) + 2; y < StaffRow(43, kStaffTop); y += 3)
-      if (image.pixelColor(x, y) == colour::kPaper) image.setPixelColor(x, y, colour::kGuide);
+      if (ColourAt(image, x, y) == colour::kPaper) Dot(image, x, y, colour::kGuide);
   }
 }
 
 QImage Sheet(int beats) {
   QImage image = NewPicture(kSheetSize, colour::kPaper);
-  for (int bar = 0; bar * kBarWidth < image.width(); ++bar) {
+  for (int bar = 0; bar * kBarWidth < WidthOf(image); ++bar) {
     int start = bar * kBarWidth;
     // Middle C's ledger, dotted, so a note between the staves is easy to place.
-    for (int x = start + 2; x < start + kBarLineOffset - 2 && x < image.width(); x += 3)
-      image.setPixelColor(x, StaffRow(kMiddleC, kStaffTop), colour::kGuide);
+    for (int x = start + 2; x < start + kBarLineOffset - 2 && x < WidthOf(image); x += 3)
+      Dot(image, x, StaffRow(kMiddleC, kStaffTop), colour::kGuide);
   }
-  StaffLines(image, kStaffTop, 0, image.width() - 1);
+  StaffLines(image, kStaffTop, 0, WidthOf(image) - 1);
   QPainter p(&image);
   QFont numbers(QStringLiteral("IPAexGothic"));
   numbers.setPixelSize(9);
   p.setFont(numbers);
   p.setPen(QColor(0x9a, 0x8a, 0x6c));
-  for (int bar = 0; bar * kBarWidth < image.width(); ++bar) {
+  for (int bar = 0; bar * kBarWidth < WidthOf(image); ++bar) {
     int start = bar * kBarWidth;
     p.drawText(QPointF(start + 4, StaffRow(77, kStaffTop) - 14), QString::number(bar + 1));
   }
   p.end();
-  for (int bar = 0; bar * kBarWidth < image.width(); ++bar) {
+  for (int bar = 0; bar * kBarWidth < WidthOf(image); ++bar) {
     int start = bar * kBarWidth;
-    if (start + kBarLineOffset < image.width())
+    if (start + kBarLineOffset < WidthOf(image))
       BarLine(image, start + kBarLineOffset, kStaffTop, colour::kInk);
     BeatGuides(image, start, beats);
   }

@@ -72,10 +72,10 @@ void StringLine(QImage& image, int x0, int x1, int row, const QImage& string) {
 
 QImage RestingString() {
   QImage s = NewPicture(kStringSize);
-  for (int x = 0; x < s.width(); ++x) {
-    s.setPixelColor(x, 0, QColor(0xf4, 0xf1, 0xe8));
-    s.setPixelColor(x, 1, QColor(0xc4, 0xbd, 0xae));
-    s.setPixelColor(x, 2, QColor(0x86, 0x7e, 0x70));
+  for (int x = 0; x < WidthOf(s); ++x) {
+    Dot(s, x, 0, QColor(0xf4, 0xf1, 0xe8));
+    Dot(s, x, 1, QColor(0xc4, 0xbd, 0xae));
+    Dot(s, x, 2, QColor(0x86, 0x7e, 0x70));
   }
   return s;
 }
@@ -83,12 +83,12 @@ QImage RestingString() {
 // The sounding string glows, brightest in the middle of its vibrating length.
 QImage SoundingString() {
   QImage s = NewPicture(kStringSize);
-  for (int x = 0; x < s.width(); ++x) {
-    double a = std::sin(M_PI * (x + 0.5) / s.width());
+  for (int x = 0; x < WidthOf(s); ++x) {
+    double a = std::sin(M_PI * (x + 0.5) / WidthOf(s));
     auto mix = [a](int lo, int hi) { return int(lo + (hi - lo) * a); };
-    s.setPixelColor(x, 0, QColor(255, mix(200, 250), mix(120, 200)));
-    s.setPixelColor(x, 1, QColor(255, mix(120, 190), mix(30, 60)));
-    s.setPixelColor(x, 2, QColor(mix(200, 240), mix(70, 110), 20));
+    Dot(s, x, 0, QColor(255, mix(200, 250), mix(120, 200)));
+    Dot(s, x, 1, QColor(255, mix(120, 190), mix(30, 60)));
+    Dot(s, x, 2, QColor(mix(200, 240), mix(70, 110), 20));
   }
   return s;
 }
@@ -270,12 +270,12 @@ QImage Bow() {
   QImage image = NewPicture(kBowSize);
   const QColor hair(0xf0, 0xe8, 0xd2), hairShade(0xcf, 0xc4, 0xa8);
   const QColor stick(0x6a, 0x2c, 0x12), stickLight(0x9a, 0x4e, 0x26), stickDark(0x3e, 0x16, 0x08);
-  for (int y = 0; y < image.height(); ++y) {
-    image.setPixelColor(0, y, hairShade);
-    image.setPixelColor(1, y, hair);
-    image.setPixelColor(2, y, stickDark);
-    image.setPixelColor(3, y, stickLight);
-    image.setPixelColor(4, y, stick);
+  for (int y = 0; y < HeightOf(image); ++y) {
+    Dot(image, 0, y, hairShade);
+    Dot(image, 1, y, hair);
+    Dot(image, 2, y, stickDark);
+    Dot(image, 3, y, stickLight);
+    Dot(image, 4, y, stick);
   }
   // Ivory tip at the head, ebony frog with its pearl eye and silver ferrule at the heel.
   FillRect(image, 0, 0, 4, 6, QColor(0xf6, 0xf2, 0xe6));

@@ -58,7 +58,7 @@ const QString kDontSaveCaption = QStringLiteral("保存しない");
 MainWindow::MainWindow(window::WindowServices services, QWidget* parent)
     : QWidget(parent, Qt::Window | Qt::FramelessWindowHint),
       drawsOwnViolin_(services.ports.view == nullptr),
-      pictures_(PictureStore::DefaultFolder()),
+      pictures_(PictureStore::DefaultFolder(), PictureStore::ScaleForScreens()),
       services_(window::WithRealServices(std::move(services), this)) {
   // The largest pictures of the first paint (the violin, the back SetBackPicture(0)
   // shows, the staff's sheet) decode on their own thread while the controls are made.
@@ -265,7 +265,9 @@ void MainWindow::FollowBackOutline() {
     clearMask();
     return;
   }
-  const QImage alpha = back_.convertToFormat(QImage::Format_Alpha8);
+  // The outline in the window's pixels, whatever scale the back was drawn at.
+  const QImage alpha = back_.convertToFormat(QImage::Format_Alpha8)
+                           .scaled(back_.deviceIndependentSize().toSize(), Qt::IgnoreAspectRatio, Qt::FastTransformation);
   QImage outline(alpha.size(), QImage::Format_MonoLSB);
   outline.setColorTable({qRgb(255, 255, 255), qRgb(0, 0, 0)});  // 1: black, the bitmap's inside
   outline.fill(0);

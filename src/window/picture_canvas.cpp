@@ -37,7 +37,9 @@ void PictureCanvas::paintEvent(QPaintEvent* event) {
   // Pictures are made at the canvas's size (a wider one is cut); only the part asked
   // for is drawn, so a small change costs a small paint.
   const QRect part = event->rect();
-  QPainter(this).drawImage(part.topLeft(), picture, part);
+  const qreal scale = picture.devicePixelRatio();
+  QPainter(this).drawImage(QRectF(part), picture,
+                           QRectF(part.x() * scale, part.y() * scale, part.width() * scale, part.height() * scale));
 }
 
 void PictureCanvas::mousePressEvent(QMouseEvent* event) {

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QtGlobal>
 #include <utility>
 #include <vector>
@@ -29,14 +30,31 @@ bool HasPictures(const QString& folder) {
 
 }  // namespace
 
-PictureStore::PictureStore(QString folder) : folder_(std::move(folder)) {}
+PictureStore::PictureStore(QString folder, int scale) : folder_(std::move(folder)), scale_(scale > 1 ? 2 : 1) {}
+
+int PictureStore::ScaleForScreens() {
+  return qGuiApp && qGuiApp->devicePixelRatio() > 1.0 ? 2 : 1;
+}
 
 PictureStore::~PictureStore() {
   if (reader_.valid()) reader_.wait();
 }
 
 QString PictureStore::FilePath(const QString& name) const {
+  if (scale_ > 1) {
+    const QString scaled = QDir(folder_).filePath(name + QStringLiteral("@%1x.png").arg(scale_));
+    if (QFileInfo::exists(scaled)) return scaled;
+  }
   return QDir(folder_).filePath(name + QStringLiteral(".png"));
+}
+
+// A picture read is as many times larger than its place in the window as it was drawn
+// for; a picture of a name outside the list is taken as it is.
+QImage PictureStore::AtScale(QImage image, const QString& name) const {
+  const QSize expected = ExpectedSize(name);
+  if (!image.isNull() && !expected.isEmpty() && image.width() > expected.width())
+    image.setDevicePixelRatio(double(image.width()) / expected.width());
+  return image;
 }
 
 void PictureStore::ReadAhead(const QStringList& names) {
@@ -58,7 +76,7 @@ QImage PictureStore::Picture(const QString& name) {
   if (it != pictures_.end()) return it.value();
   QString path = FilePath(name);
   auto ahead = readingAhead_.find(name);
-  QImage image = ahead == readingAhead_.end() ? QImage(path) : ahead.value().get();
+  QImage image = AtScale(ahead == readingAhead_.end() ? QImage(path) : ahead.value().get(), name);
   if (ahead != readingAhead_.end()) readingAhead_.erase(ahead);
   if (image.isNull()) {
     QString problem = QFileInfo::exists(path)
@@ -68,8 +86,11 @@ QImage PictureStore::Picture(const QString& name) {
     qWarning("%s", qPrintable(problem));
     // Keep the control's size: a transparent stand-in of the size the layout expects.
     QSize size = ExpectedSize(name);
-    image = size.isEmpty() ? QImage() : QImage(size, QImage::Format_ARGB32_Premultiplied);
-    if (!image.isNull()) image.fill(Qt::transparent);
+    image = size.isEmpty() ? QImage() : QImage(size * scale_, QImage::Format_ARGB32_Premultiplied);
+    if (!image.isNull()) {
+      image.setDevicePixelRatio(scale_);
+      image.fill(Qt::transparent);
+    }
   }
   pictures_.insert(name, image);
   return image;

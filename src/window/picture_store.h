@@ -13,8 +13,16 @@ namespace lirenza {
 
 class PictureStore {
  public:
-  // Pictures are read from folder; see DefaultFolder for the usual one.
-  explicit PictureStore(QString folder);
+  // Pictures are read from folder; see DefaultFolder for the usual one. At scale 2 the
+  // pictures drawn for it (NAME@2x.png) are read where there are any, and every
+  // picture keeps its size in the window's pixels (QImage::devicePixelRatio).
+  explicit PictureStore(QString folder, int scale = 1);
+
+  // 2 when a screen of the desktop shows more than one pixel to the window's pixel
+  // (a HiDPI screen, or QT_SCALE_FACTOR): the pictures drawn at 200 %, which a screen
+  // at 150 % shows smaller; else 1.
+  static int ScaleForScreens();
+  int Scale() const { return scale_; }
   // Waits for the pictures still being read ahead.
   ~PictureStore();
   PictureStore(const PictureStore&) = delete;
@@ -41,8 +49,10 @@ class PictureStore {
 
  private:
   QString FilePath(const QString& name) const;
+  QImage AtScale(QImage image, const QString& name) const;
 
   QString folder_;
+  int scale_ = 1;
   QHash<QString, QImage> pictures_;
   QStringList problems_;
   QHash<QString, std::shared_future<QImage>> readingAhead_;

@@ -103,7 +103,9 @@ void StaffView::paintEvent(QPaintEvent* event) {
   painter.fillRect(event->rect(), Qt::white);
   // The metre chooses the sheet at every paint, whatever picture the canvas was given.
   const QImage sheet = state_.pictures.Picture(QString::fromStdString(TimeSheetPicture(staff.timeSignature)));
-  painter.drawImage(QPoint(0, 0), sheet, QRect(staff.scrollValue, 0, kSheetStretchWidth, kSheetStretchHeight));
+  const qreal scale = sheet.devicePixelRatio();
+  painter.drawImage(QRectF(0, 0, kSheetStretchWidth, kSheetStretchHeight), sheet,
+                    QRectF(staff.scrollValue * scale, 0, kSheetStretchWidth * scale, kSheetStretchHeight * scale));
 
   // Painting is what brings a note's token up to date after its menu changed it.
   RespellNotesInView(staff);

@@ -21,8 +21,11 @@ ViolinView::ViolinView(MainWindow& window)
       fingertip_(window.Pictures().Picture(QStringLiteral("Yubi"))),
       stringAtRest_(window.Pictures().Picture(QStringLiteral("Gen"))),
       stringVibrating_(window.Pictures().Picture(QStringLiteral("GenS"))) {
-  const QSize size = canvas_ ? canvas_->size() : violin_.size();
-  picture_ = QImage(size, QImage::Format_ARGB32_Premultiplied);
+  // Composed at the scale the violin was drawn at, so the fingers stay as sharp as it.
+  const qreal scale = violin_.devicePixelRatio();
+  const QSize size = canvas_ ? canvas_->size() : violin_.deviceIndependentSize().toSize();
+  picture_ = QImage(size * scale, QImage::Format_ARGB32_Premultiplied);
+  picture_.setDevicePixelRatio(scale);
   picture_.fill(Qt::transparent);
   QPainter(&picture_).drawImage(0, 0, violin_);
   if (canvas_) canvas_->ShowInPlace(&picture_);
@@ -63,7 +66,9 @@ void ViolinView::HideFinger(int string, int cell) {
   Change(finger | line, [&](QPainter& painter) {
     // Copied, not blended: the clean square replaces whatever was drawn there.
     painter.setCompositionMode(QPainter::CompositionMode_Source);
-    painter.drawImage(finger.topLeft(), violin_, finger);
+    const qreal scale = violin_.devicePixelRatio();
+    painter.drawImage(QRectF(finger), violin_,
+                      QRectF(finger.x() * scale, finger.y() * scale, finger.width() * scale, finger.height() * scale));
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     painter.drawImage(line, stringAtRest_);
   });
