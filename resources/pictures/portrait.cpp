@@ -1,6 +1,7 @@
 #include "portrait.h"
 
 #include <QLinearGradient>
+#include <QRadialGradient>
 #include <QPainterPath>
 #include <array>
 #include <cmath>
@@ -23,6 +24,14 @@ struct Sitter {
   double scale;  // size of the head
 };
 
+// The colours each sitter is painted in: hair (and beard), coat, and how fair or
+// weathered his skin, as the portraits of their day show them.
+struct Palette {
+  QRgb hair;
+  QRgb coat;
+  QRgb skin;
+};
+
 constexpr std::array<Sitter, 12> kSitters = {{
     {kFullWig, kNone, kJabot, 9, 0, 3, 1.0},             // Corelli
     {kCurlWig, kNone, kJabot, 11, -2, 5, 0.97},          // Vivaldi
@@ -36,6 +45,21 @@ constexpr std::array<Sitter, 12> kSitters = {{
     {kShortWavy, kBigMoustache, kWing, 7, 1, 2, 0.98},   // Sarasate
     {kMane, kNone, kWing, 9, 4, 2, 1.1},                 // Ysaÿe
     {kParted, kMoustache, kWing, 8, 1, 3, 1.0},          // Kreisler
+}};
+
+constexpr std::array<Palette, 12> kPalettes = {{
+    {0x4a3020, 0x6e1e1a, 0xe8c4a0},  // Corelli: dark brown full wig, claret velvet
+    {0x9a4a22, 0x1e1a1c, 0xeac8a6},  // Vivaldi: the red priest, in black
+    {0xe6e2da, 0x4a5a70, 0xe6c2a0},  // Tartini: powdered wig, slate-blue coat
+    {0x8a6a4c, 0x2e4a38, 0xe4c09c},  // Viotti: natural hair, bottle-green coat
+    {0x181414, 0x141214, 0xf0d8c0},  // Paganini: black hair, pale, all in black
+    {0x6a4a30, 0x22304a, 0xe2bc98},  // Spohr: brown hair and whiskers, navy coat
+    {0x3a2a20, 0x1a1a1e, 0xe6c2a0},  // Vieuxtemps
+    {0x241a16, 0x1c1a1e, 0xe4be9a},  // Wieniawski
+    {0x7a7068, 0x1e1c20, 0xe2bc98},  // Joachim: greying beard
+    {0x1c1816, 0x18181c, 0xd8b08a},  // Sarasate: black hair, olive skin
+    {0x6e5e50, 0x1c1a1e, 0xe8c0a0},  // Ysaÿe
+    {0x4a3a2e, 0x34363c, 0xe6c4a2},  // Kreisler: dark grey suit
 }};
 
 // A closed smooth curve through the points (Catmull-Rom as cubic Béziers).
@@ -179,25 +203,153 @@ QPainterPath CollarShape(const Sitter& s) {
 
 }  // namespace
 
-void DrawPortrait(QPainter& p, int index, QColor ink) {
-  const Sitter& s = kSitters[static_cast<size_t>(index) % kSitters.size()];
+namespace {
+
+// The face's features, all to the right where the sitter looks: eye, brow, nostril,
+// mouth and a little colour on the cheek.
+void PaintFeatures(QPainter& p, const Sitter& s, const Palette& colours) {
+  const QColor skin = QColor::fromRgb(colours.skin), hair = QColor::fromRgb(colours.hair);
+  QRadialGradient cheek(QPointF(13, -13), 9);
+  cheek.setColorAt(0, QColor(220, 110, 100, 70));
+  cheek.setColorAt(1, QColor(220, 110, 100, 0));
+  p.setPen(Qt::NoPen);
+  p.setBrush(cheek);
+  p.drawEllipse(QPointF(13, -13), 9, 9);
+  // The eye in profile: a small almond of white, the iris looking ahead, a lid over it.
+  QPainterPath eye;
+  eye.moveTo(11.5, -27);
+  eye.quadTo(15, -29.2, 18.4, -27.2);
+  eye.quadTo(15, -25.6, 11.5, -27);
+  p.fillPath(eye, QColor(0xf4, 0xee, 0xe6));
+  p.setBrush(QColor(0x3a, 0x26, 0x1a));
+  p.drawEllipse(QPointF(16.6, -27.3), 1.25, 1.35);
+  p.setBrush(Qt::NoBrush);
+  p.setPen(QPen(QColor(0x4a, 0x2c, 0x20), 0.7, Qt::SolidLine, Qt::RoundCap));
+  p.drawPath(QPainterPath(eye));
+  p.setPen(QPen(skin.darker(135), 0.6));
+  p.drawArc(QRectF(11, -30.5, 8, 4), 20 * 16, 140 * 16);  // the fold above the lid
+  // The brow, in the hair's colour (white wigs over dark brows).
+  const QColor brow = qGray(hair.rgb()) > 180 ? QColor(0x6a, 0x5a, 0x4a) : hair.darker(110);
+  p.setPen(QPen(brow, 1.3, Qt::SolidLine, Qt::RoundCap));
+  QPainterPath browLine;
+  browLine.moveTo(9.5, -31);
+  browLine.quadTo(15, -34, 20.5, -32);
+  p.drawPath(browLine);
+  // Nostril and the line of the lips.
+  p.setPen(QPen(skin.darker(160), 0.8, Qt::SolidLine, Qt::RoundCap));
+  p.drawArc(QRectF(18.5 + s.nose * 0.35, -16.5, 3.5, 3), 200 * 16, 160 * 16);
+  p.setPen(QPen(QColor(0x8a, 0x40, 0x38), 0.9, Qt::SolidLine, Qt::RoundCap));
+  p.drawLine(QPointF(19, -5.4), QPointF(23.2, -5.0));
+  p.setPen(QPen(QColor(0xb8, 0x60, 0x58, 160), 1.4, Qt::SolidLine, Qt::RoundCap));
+  p.drawLine(QPointF(20.5, -3.6), QPointF(22.6, -3.4));
+}
+
+// Light from the front and above: a gradient over the whole shape, then fine strands
+// of a lighter tone that follow the hair back from the brow.
+void PaintHair(QPainter& p, const QPainterPath& hair, QColor colour, int seed) {
+  QLinearGradient light(20, -70, -40, 30);
+  light.setColorAt(0, colour.lighter(135));
+  light.setColorAt(0.5, colour);
+  light.setColorAt(1, colour.darker(170));
+  p.fillPath(hair, light);
   p.save();
+  p.setClipPath(hair);
+  p.setBrush(Qt::NoBrush);
+  const QColor strand = qGray(colour.rgb()) > 180 ? colour.darker(125) : colour.lighter(160);
+  for (int i = 0; i < 14; ++i) {
+    QColor c = strand;
+    c.setAlpha(90 + (i * 37 + seed * 11) % 80);
+    p.setPen(QPen(c, 0.7, Qt::SolidLine, Qt::RoundCap));
+    QPainterPath line;
+    const double x = 16 - i * 5.5, wave = ((i + seed) % 3 - 1) * 4.0;
+    line.moveTo(x, -66);
+    line.cubicTo(x - 10, -50 + wave, x - 18, -20 - wave, x - 26 + wave, 10 + i * 3);
+    p.drawPath(line);
+  }
+  p.restore();
+}
+
+}  // namespace
+
+void DrawPortrait(QPainter& p, int index, QColor /*ink: the portraits are in colour now*/) {
+  const int which = ((index % 12) + 12) % 12;
+  const Sitter& s = kSitters[static_cast<size_t>(which)];
+  const Palette& colours = kPalettes[static_cast<size_t>(which)];
+  const QColor skin = QColor::fromRgb(colours.skin), coatColour = QColor::fromRgb(colours.coat);
+  const QColor hairColour = QColor::fromRgb(colours.hair);
+  p.save();
+  p.setRenderHint(QPainter::Antialiasing);
   p.scale(s.scale, s.scale);
-  // The figure in deep brown; hair and beard blacker with a few strands of light,
-  // the collar white, so that each sitter's fashion shows inside the outline too.
   QPainterPath figure = HeadAndShoulders(s);
   figure.setFillRule(Qt::WindingFill);
-  p.fillPath(figure, ink);
-  QPainterPath hair = HairShape(s).united(BeardShape(s));
-  p.fillPath(hair, ink.darker(250));
-  QLinearGradient sheen(-30, -70, 10, -20);
-  sheen.setColorAt(0, QColor(255, 235, 200, 40));
-  sheen.setColorAt(1, QColor(255, 235, 200, 0));
-  p.fillPath(hair, sheen);
-  p.fillPath(CollarShape(s), QColor(0xee, 0xe4, 0xd0));
+
+  // Below the collar the coat, above it the skin: the face lit from the front.
+  QPainterPath body;
+  body.addRect(QRectF(-80, 26, 160, 80));
+  body.addPath(Smooth({{-30, 24}, {-6, 18}, {8, 24}, {4, 34}, {-24, 36}}));
+  const QPainterPath coat = figure.intersected(body);
+  const QPainterPath face = figure.subtracted(coat);
+  // The hair behind the head first; the face covers what would fall over it, and the
+  // hair comes back over the crown and behind the ear below.
+  const QPainterPath hair = HairShape(s);
+  PaintHair(p, hair, hairColour, which);
+  QRadialGradient lit(QPointF(14, -30), 78);
+  lit.setColorAt(0, skin.lighter(108));
+  lit.setColorAt(0.55, skin);
+  lit.setColorAt(1, skin.darker(150));
+  p.fillPath(face, lit);
+  // The ear, half hidden under most hair.
+  p.setPen(QPen(skin.darker(150), 0.7));
+  p.setBrush(skin.darker(108));
+  p.drawEllipse(QPointF(-7, -19), 4.6, 7.4);
+  p.setBrush(Qt::NoBrush);
+  p.drawArc(QRectF(-9, -24, 4, 9), 60 * 16, 220 * 16);
+  // The jaw's shadow.
+  p.setPen(QPen(skin.darker(135), 1.6, Qt::SolidLine, Qt::RoundCap));
+  QPainterPath jaw;
+  jaw.moveTo(-12, 2);
+  jaw.quadTo(0, 12, 12, 12);
+  p.drawPath(jaw);
+  PaintFeatures(p, s, colours);
+
+  QLinearGradient cloth(40, 30, -60, 70);
+  cloth.setColorAt(0, coatColour.lighter(125));
+  cloth.setColorAt(0.4, coatColour);
+  cloth.setColorAt(1, coatColour.darker(160));
+  p.fillPath(coat, cloth);
+  p.setPen(QPen(coatColour.lighter(190), 0.8));
+  p.setBrush(Qt::NoBrush);
+  QPainterPath lapel;  // the lapel's edge running down from the collar
+  lapel.moveTo(4, 34);
+  lapel.cubicTo(14, 44, 20, 56, 22, 70);
+  p.drawPath(lapel);
+
+  QPainterPath collar = CollarShape(s);
+  QLinearGradient linen(20, 20, -10, 50);
+  linen.setColorAt(0, QColor(0xfb, 0xf8, 0xf0));
+  linen.setColorAt(1, QColor(0xc8, 0xc0, 0xb4));
+  p.fillPath(collar, linen);
+  p.setPen(QPen(QColor(0xa8, 0xa0, 0x94), 0.5));
+  p.drawPath(collar);
   if (s.collar == kWing)  // and its black bow tie
-    p.fillPath(Smooth({{8, 33}, {14, 30}, {14, 37}, {8, 35}, {2, 37}, {2, 30}}), ink.darker(300));
-  p.setPen(QPen(QColor(255, 240, 210, 70), 0.8));
+    p.fillPath(Smooth({{8, 33}, {14, 30}, {14, 37}, {8, 35}, {2, 37}, {2, 30}}), QColor(0x10, 0x10, 0x12));
+
+  // Behind the hairline: over the crown, down the temple in front of the ear, and
+  // along the back of the neck.
+  QPainterPath overHead;
+  overHead.moveTo(-90, -100);
+  overHead.lineTo(40, -100);
+  overHead.cubicTo(24, -60, 12, -58, 6, -52);
+  overHead.cubicTo(0, -46, -1, -38, 0, -30);
+  overHead.cubicTo(1, -22, -2, -8, -9, 4);
+  overHead.cubicTo(-14, 14, -18, 40, -22, 80);
+  overHead.lineTo(-90, 80);
+  overHead.closeSubpath();
+  PaintHair(p, hair.intersected(overHead), hairColour, which);
+  const QPainterPath beard = BeardShape(s);
+  if (!beard.isEmpty()) PaintHair(p, beard, hairColour.darker(105), which + 5);
+  // A soft dark edge round the figure, as a painted miniature has.
+  p.setPen(QPen(QColor(40, 24, 16, 90), 0.8));
   p.setBrush(Qt::NoBrush);
   p.drawPath(figure.united(hair));
   p.restore();

@@ -68,6 +68,37 @@ class ViolinPicturesTest : public QObject {
         QVERIFY2(board == violin, qPrintable(QString("string %1 cell %2 leaves a mark").arg(string).arg(cell)));
       }
   }
+
+  // Each back wears its own violinist, painted in colour: a face in skin tones inside
+  // the medallion, and no two portraits alike.
+  void eachBackShowsItsOwnPortraitInColour() {
+    const QRect medallion(350, 630, 100, 110);  // inside the oval, in window pixels
+    QList<QImage> portraits;
+    for (int i = 0; i < 12; ++i) {
+      const QImage back = Built(QStringLiteral("ViolinBack%1").arg(i)).convertToFormat(QImage::Format_RGB32);
+      const QImage portrait = back.copy(medallion);
+      int skin = 0;
+      for (int y = 0; y < portrait.height(); ++y)
+        for (int x = 0; x < portrait.width(); ++x) {
+          const QColor c = portrait.pixelColor(x, y);
+          // Warm light skin, cheek and lips; the ivory ground and a dark silhouette are not.
+          skin += c.red() > 190 && c.red() - c.green() > 30 && c.green() > 120;
+        }
+      QVERIFY2(skin > 150, qPrintable(QStringLiteral("back %1 shows %2 pixels of face").arg(i).arg(skin)));
+      portraits << portrait;
+    }
+    for (int a = 0; a < 12; ++a)
+      for (int b = a + 1; b < 12; ++b) {
+        int differing = 0;
+        for (int y = 0; y < medallion.height(); ++y)
+          for (int x = 0; x < medallion.width(); ++x) {
+            const QColor ca = portraits[a].pixelColor(x, y), cb = portraits[b].pixelColor(x, y);
+            differing += std::abs(ca.red() - cb.red()) + std::abs(ca.green() - cb.green()) +
+                             std::abs(ca.blue() - cb.blue()) > 60;
+          }
+        QVERIFY2(differing > 400, qPrintable(QStringLiteral("backs %1 and %2 look alike").arg(a).arg(b)));
+      }
+  }
 };
 
 QTEST_GUILESS_MAIN(ViolinPicturesTest)
