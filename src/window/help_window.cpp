@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "window/main_window.h"
+#include "window/resource_folder.h"
 
 namespace lirenza::window {
 namespace {
@@ -25,20 +26,9 @@ HelpWindow::HelpWindow(MainWindow& window) : QObject(&window), window_(window), 
 }
 
 QString HelpWindow::DefaultFolder() {
-  const QString fromEnvironment = qEnvironmentVariable("LIRENZA_HELP");
-  if (!fromEnvironment.isEmpty()) return fromEnvironment;
-#ifdef LIRENZA_BUILD_HELP_DIR
-  if (HasPages(QStringLiteral(LIRENZA_BUILD_HELP_DIR))) return QStringLiteral(LIRENZA_BUILD_HELP_DIR);
-#endif
-  if (QCoreApplication::instance()) {
-    const QString beside = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../share/lirenza/help"));
-    if (HasPages(beside)) return QDir::cleanPath(beside);
-  }
-#ifdef LIRENZA_INSTALLED_HELP_DIR
-  return QStringLiteral(LIRENZA_INSTALLED_HELP_DIR);
-#else
-  return {};
-#endif
+  return FindResourceFolder({"LIRENZA_HELP", QStringLiteral(LIRENZA_BUILD_HELP_DIR), QStringLiteral("help"),
+                             QStringLiteral(LIRENZA_INSTALLED_HELP_DIR)},
+                            HasPages);
 }
 
 void HelpWindow::Make() {

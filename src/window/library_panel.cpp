@@ -22,6 +22,7 @@
 #include "files/score_library.h"
 #include "window/file_commands.h"
 #include "window/main_window.h"
+#include "window/resource_folder.h"
 #include "window/transport_panel.h"
 
 namespace lirenza::window {
@@ -65,21 +66,10 @@ QString LibraryPanel::LibraryFolder() {
 
 // The scores lie beside the scripts, in the source tree and once installed.
 QString LibraryPanel::InstalledScoresFolder() {
-  const QString fromEnvironment = qEnvironmentVariable("LIRENZA_SCORES");
-  if (!fromEnvironment.isEmpty()) return fromEnvironment;
-#ifdef LIRENZA_SOURCE_SCRIPTS_DIR
-  const QString source = QDir::cleanPath(QStringLiteral(LIRENZA_SOURCE_SCRIPTS_DIR "/../scores"));
-  if (HasScores(source)) return source;
-#endif
-  if (QCoreApplication::instance()) {
-    const QString beside = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../share/lirenza/scores"));
-    if (HasScores(beside)) return QDir::cleanPath(beside);
-  }
-#ifdef LIRENZA_INSTALLED_SCRIPTS_DIR
-  return QDir::cleanPath(QStringLiteral(LIRENZA_INSTALLED_SCRIPTS_DIR "/../scores"));
-#else
-  return {};
-#endif
+  return FindResourceFolder({"LIRENZA_SCORES", QDir::cleanPath(QStringLiteral(LIRENZA_SOURCE_SCRIPTS_DIR "/../scores")),
+                             QStringLiteral("scores"),
+                             QDir::cleanPath(QStringLiteral(LIRENZA_INSTALLED_SCRIPTS_DIR "/../scores"))},
+                            HasScores);
 }
 
 int LibraryPanel::FillLibrary(const QString& installed, const QString& library) {

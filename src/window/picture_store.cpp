@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "picture_list.h"
+#include "window/resource_folder.h"
 
 namespace lirenza {
 namespace {
@@ -97,20 +98,14 @@ QImage PictureStore::Picture(const QString& name) {
 }
 
 QString PictureStore::DefaultFolder() {
-  QString fromEnvironment = qEnvironmentVariable("LIRENZA_PICTURES");
-  if (!fromEnvironment.isEmpty()) return fromEnvironment;
 #ifdef LIRENZA_BUILD_PICTURES_DIR
-  if (HasPictures(QStringLiteral(LIRENZA_BUILD_PICTURES_DIR))) return QStringLiteral(LIRENZA_BUILD_PICTURES_DIR);
-#endif
-  if (QCoreApplication::instance()) {
-    QString beside = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../share/lirenza/pictures"));
-    if (HasPictures(beside)) return QDir::cleanPath(beside);
-  }
-#ifdef LIRENZA_INSTALLED_PICTURES_DIR
-  return QStringLiteral(LIRENZA_INSTALLED_PICTURES_DIR);
+  const QString built = QStringLiteral(LIRENZA_BUILD_PICTURES_DIR);
 #else
-  return {};
+  const QString built;
 #endif
+  return FindResourceFolder({"LIRENZA_PICTURES", built, QStringLiteral("pictures"),
+                             QStringLiteral(LIRENZA_INSTALLED_PICTURES_DIR)},
+                            HasPictures);
 }
 
 }  // namespace lirenza

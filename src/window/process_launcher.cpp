@@ -1,5 +1,7 @@
 #include "window/process_launcher.h"
 
+#include "window/resource_folder.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -36,20 +38,9 @@ bool DetachedLauncher::Start(const QString& program, const QStringList& argument
 }
 
 QString ScriptsFolder() {
-  const QString fromEnvironment = qEnvironmentVariable("LIRENZA_SCRIPTS");
-  if (!fromEnvironment.isEmpty()) return fromEnvironment;
-#ifdef LIRENZA_SOURCE_SCRIPTS_DIR
-  if (HasScripts(QStringLiteral(LIRENZA_SOURCE_SCRIPTS_DIR))) return QStringLiteral(LIRENZA_SOURCE_SCRIPTS_DIR);
-#endif
-  if (QCoreApplication::instance()) {
-    const QString beside = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../share/lirenza/scripts"));
-    if (HasScripts(beside)) return QDir::cleanPath(beside);
-  }
-#ifdef LIRENZA_INSTALLED_SCRIPTS_DIR
-  return QStringLiteral(LIRENZA_INSTALLED_SCRIPTS_DIR);
-#else
-  return {};
-#endif
+  return FindResourceFolder({"LIRENZA_SCRIPTS", QStringLiteral(LIRENZA_SOURCE_SCRIPTS_DIR), QStringLiteral("scripts"),
+                             QStringLiteral(LIRENZA_INSTALLED_SCRIPTS_DIR)},
+                            HasScripts);
 }
 
 QString ScriptPath(const QString& name) { return QDir(ScriptsFolder()).filePath(name); }

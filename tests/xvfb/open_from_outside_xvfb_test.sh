@@ -107,6 +107,15 @@ answer_close_question() {
   return 1
 }
 
+# shows_alone SHOT REFERENCE HOW: the one window, shot now, shows the score of REFERENCE.
+shows_alone() {
+  sleep 2
+  shot "$1"
+  same "$1" "$2" "$title_box" || fail "$3: the title field does not show the score's title"
+  same "$1" "$2" "$staff_box" || fail "$3: the staff does not show the score's notes"
+  [ "$(windows | wc -l)" -eq 1 ] || fail "$3: $(windows | wc -l) windows show, not one"
+}
+
 # --- How each score looks when the program starts with it.
 start_program "$first"
 shot first-alone
@@ -122,11 +131,7 @@ shot empty
 same empty first-alone "$title_box" && fail "the empty window already shows the first score's title"
 xdg-open "$first" >"$work/xdg-open.log" 2>&1 || fail "xdg-open $first: $(cat "$work/xdg-open.log")"
 answer_close_question || fail "no close question came before the score was opened over the unsaved start"
-sleep 2
-shot opened-by-desktop
-same opened-by-desktop first-alone "$title_box" || fail "xdg-open: the title field does not show the score's title"
-same opened-by-desktop first-alone "$staff_box" || fail "xdg-open: the staff does not show the score's notes"
-[ "$(windows | wc -l)" -eq 1 ] || fail "xdg-open: $(windows | wc -l) windows show, not one"
+shows_alone opened-by-desktop first-alone xdg-open
 
 # --- And from a terminal: the second program hands the file over and ends at once.
 started=$(date +%s%N)
@@ -135,11 +140,7 @@ status=$?
 ms=$((($(date +%s%N) - started) / 1000000))
 [ "$status" -eq 0 ] || fail "lirenza FILE beside a running program ended with $status: $(cat "$work/second.log")"
 answer_close_question || fail "no close question came before the score replaced the one opened"
-sleep 2
-shot opened-from-terminal
-same opened-from-terminal second-alone "$title_box" || fail "lirenza FILE: the title field does not show the score's title"
-same opened-from-terminal second-alone "$staff_box" || fail "lirenza FILE: the staff does not show the score's notes"
-[ "$(windows | wc -l)" -eq 1 ] || fail "lirenza FILE: $(windows | wc -l) windows show, not one"
+shows_alone opened-from-terminal second-alone "lirenza FILE"
 [ "$(pgrep -c -f "^$work/bin/lirenza|^$program" 2>/dev/null)" -le 1 ] || fail "a second program is still running"
 kill -0 "$app_pid" 2>/dev/null || fail "the running program ended"
 
