@@ -75,12 +75,15 @@ QPainterPath Smooth(const std::vector<QPointF>& pts) {
   return path;
 }
 
-QPainterPath Curls(QPointF from, QPointF to, int count, double r) {
+// Each curl's box, kept when asked for, so it can be given its own light and shade.
+QPainterPath Curls(QPointF from, QPointF to, int count, double r, std::vector<QRectF>* boxes = nullptr) {
   QPainterPath path;
   path.setFillRule(Qt::WindingFill);  // overlapping curls fill as one
   for (int i = 0; i < count; ++i) {
     double t = count == 1 ? 0 : double(i) / (count - 1);
-    path.addEllipse(from + (to - from) * t, r, r * 1.15);
+    const QPointF centre = from + (to - from) * t;
+    path.addEllipse(centre, r, r * 1.15);
+    if (boxes) boxes->push_back(QRectF(centre - QPointF(r, r * 1.15), QSizeF(2 * r, 2.3 * r)));
   }
   return path;
 }
@@ -114,24 +117,24 @@ QPainterPath HeadAndShoulders(const Sitter& s) {
   return Smooth(pts);
 }
 
-QPainterPath HairShape(const Sitter& s) {
+QPainterPath HairShape(const Sitter& s, std::vector<QRectF>* curls = nullptr) {
   QPainterPath hair;
   hair.setFillRule(Qt::WindingFill);
   switch (s.hair) {
     case kFullWig:  // the full-bottomed wig, curls down to the chest behind the face
       hair.addEllipse(QPointF(-10, -30), 36, 38);
-      hair.addPath(Curls({-30, -10}, {-28, 40}, 5, 11));
-      hair.addPath(Curls({-14, -4}, {-4, 46}, 5, 10));
-      hair.addPath(Curls({4, -62}, {-30, -60}, 3, 11));
+      hair.addPath(Curls({-30, -10}, {-28, 40}, 5, 11, curls));
+      hair.addPath(Curls({-14, -4}, {-4, 46}, 5, 10, curls));
+      hair.addPath(Curls({4, -62}, {-30, -60}, 3, 11, curls));
       break;
     case kCurlWig:
       hair.addEllipse(QPointF(-8, -32), 32, 33);
-      hair.addPath(Curls({-28, -10}, {-22, 22}, 4, 9));
-      hair.addPath(Curls({-10, -6}, {-8, 14}, 3, 7));
+      hair.addPath(Curls({-28, -10}, {-22, 22}, 4, 9, curls));
+      hair.addPath(Curls({-10, -6}, {-8, 14}, 3, 7, curls));
       break;
     case kQueueWig:  // powdered rolls over the ear and a tied tail
       hair.addEllipse(QPointF(-6, -34), 30, 30);
-      hair.addPath(Curls({-12, -14}, {-2, -14}, 2, 6));
+      hair.addPath(Curls({-12, -14}, {-2, -14}, 2, 6, curls));
       hair.addRoundedRect(QRectF(-44, 2, 14, 30), 6, 6);
       hair.addEllipse(QPointF(-37, 4), 8, 6);
       break;
@@ -145,14 +148,14 @@ QPainterPath HairShape(const Sitter& s) {
       hair.addPath(Smooth({{6, -66}, {24, -54}, {20, -46}, {4, -50}}));
       break;
     case kShortWavy:
-      hair.addPath(Curls({12, -58}, {-30, -44}, 5, 9));
+      hair.addPath(Curls({12, -58}, {-30, -44}, 5, 9, curls));
       hair.addEllipse(QPointF(-8, -36), 29, 27);
       hair.addEllipse(QPointF(-22, -14), 12, 16);
       break;
     case kWavyLong:
-      hair.addPath(Curls({10, -60}, {-34, -40}, 5, 10));
+      hair.addPath(Curls({10, -60}, {-34, -40}, 5, 10, curls));
       hair.addEllipse(QPointF(-8, -34), 31, 30);
-      hair.addPath(Curls({-30, -16}, {-26, 14}, 3, 10));
+      hair.addPath(Curls({-30, -16}, {-26, 14}, 3, 10, curls));
       break;
     case kMane:  // a mane swept back from a high forehead
       hair.addPath(Smooth({{2, -62}, {-20, -72}, {-46, -54}, {-52, -22}, {-44, 6}, {-26, 4}, {-14, -24}, {-2, -44}}));
@@ -187,12 +190,12 @@ QPainterPath BeardShape(const Sitter& s) {
 
 // The white at the throat: a lace jabot falling down the chest, a high stock wound
 // round the neck, or a wing collar.
-QPainterPath CollarShape(const Sitter& s) {
+QPainterPath CollarShape(const Sitter& s, std::vector<QRectF>* ruffles = nullptr) {
   QPainterPath collar;
   collar.setFillRule(Qt::WindingFill);
   switch (s.collar) {
     case kJabot:
-      collar.addPath(Curls({9, 27}, {16, 52}, 5, 4.5));
+      collar.addPath(Curls({9, 27}, {16, 52}, 5, 4.5, ruffles));
       collar.addPath(Smooth({{4, 24}, {12, 24}, {18, 40}, {20, 56}, {10, 56}, {6, 36}}));
       break;
     case kStock: collar.addPath(Smooth({{3, 21}, {10, 22}, {12, 33}, {4, 34}, {-6, 30}, {-6, 22}})); break;
@@ -269,6 +272,28 @@ void PaintHair(QPainter& p, const QPainterPath& hair, QColor colour, int seed) {
   p.restore();
 }
 
+// A curl or a ruffle of lace rounded by the light: bright where it turns to the front
+// and the top, a fine shadow under it.
+void RoundOff(QPainter& p, const std::vector<QRectF>& boxes, QColor colour) {
+  for (const QRectF& box : boxes) {
+    const double r = box.width() / 2;
+    QRadialGradient round(box.center() + QPointF(r * 0.35, -r * 0.4), r * 1.3);
+    QColor light = colour.lighter(qGray(colour.rgb()) > 180 ? 108 : 150);
+    light.setAlpha(150);
+    round.setColorAt(0, light);
+    light.setAlpha(0);
+    round.setColorAt(1, light);
+    p.setPen(Qt::NoPen);
+    p.setBrush(round);
+    p.drawEllipse(box);
+    QColor shade = colour.darker(170);
+    shade.setAlpha(170);
+    p.setPen(QPen(shade, 0.8, Qt::SolidLine, Qt::RoundCap));
+    p.setBrush(Qt::NoBrush);
+    p.drawArc(box.adjusted(0.6, 0.6, -0.6, -0.6), 200 * 16, 150 * 16);
+  }
+}
+
 }  // namespace
 
 void DrawPortrait(QPainter& p, int index, QColor /*ink: the portraits are in colour now*/) {
@@ -291,7 +316,8 @@ void DrawPortrait(QPainter& p, int index, QColor /*ink: the portraits are in col
   const QPainterPath face = figure.subtracted(coat);
   // The hair behind the head first; the face covers what would fall over it, and the
   // hair comes back over the crown and behind the ear below.
-  const QPainterPath hair = HairShape(s);
+  std::vector<QRectF> curls;
+  const QPainterPath hair = HairShape(s, &curls);
   PaintHair(p, hair, hairColour, which);
   QRadialGradient lit(QPointF(14, -30), 78);
   lit.setColorAt(0, skin.lighter(108));
@@ -324,13 +350,18 @@ void DrawPortrait(QPainter& p, int index, QColor /*ink: the portraits are in col
   lapel.cubicTo(14, 44, 20, 56, 22, 70);
   p.drawPath(lapel);
 
-  QPainterPath collar = CollarShape(s);
+  std::vector<QRectF> ruffles;
+  QPainterPath collar = CollarShape(s, &ruffles);
   QLinearGradient linen(20, 20, -10, 50);
   linen.setColorAt(0, QColor(0xfb, 0xf8, 0xf0));
   linen.setColorAt(1, QColor(0xc8, 0xc0, 0xb4));
   p.fillPath(collar, linen);
   p.setPen(QPen(QColor(0xa8, 0xa0, 0x94), 0.5));
   p.drawPath(collar);
+  p.save();
+  p.setClipPath(collar);
+  RoundOff(p, ruffles, QColor(0xe8, 0xe2, 0xd8));
+  p.restore();
   if (s.collar == kWing)  // and its black bow tie
     p.fillPath(Smooth({{8, 33}, {14, 30}, {14, 37}, {8, 35}, {2, 37}, {2, 30}}), QColor(0x10, 0x10, 0x12));
 
@@ -346,6 +377,10 @@ void DrawPortrait(QPainter& p, int index, QColor /*ink: the portraits are in col
   overHead.lineTo(-90, 80);
   overHead.closeSubpath();
   PaintHair(p, hair.intersected(overHead), hairColour, which);
+  p.save();
+  p.setClipPath(hair.subtracted(face).united(hair.intersected(overHead)));
+  RoundOff(p, curls, hairColour);
+  p.restore();
   const QPainterPath beard = BeardShape(s);
   if (!beard.isEmpty()) PaintHair(p, beard, hairColour.darker(105), which + 5);
   // A soft dark edge round the figure, as a painted miniature has.
