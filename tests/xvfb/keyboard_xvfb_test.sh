@@ -8,28 +8,7 @@
 # Usage: keyboard_xvfb_test.sh PROGRAM LIRENZA_CLI   (KEEP_WORK=1 keeps the trace and the sound)
 set -u
 program=$1 cli=$2
-for tool in Xvfb xdotool import compare sox; do
-  command -v "$tool" >/dev/null || { echo "keyboard_xvfb_test: $tool is missing; run scripts/install-deps.sh" >&2; exit 1; }
-done
-work=$(mktemp -d)
-shots=${LIRENZA_SHOTS:-$work}
-mkdir -p "$shots"
-xvfb_pid= app_pid=
-finish() {
-  [ -n "$app_pid" ] && kill "$app_pid" 2>/dev/null && wait "$app_pid" 2>/dev/null
-  [ -n "$xvfb_pid" ] && kill "$xvfb_pid" 2>/dev/null && wait "$xvfb_pid" 2>/dev/null
-  if [ -n "${KEEP_WORK:-}" ]; then echo "kept $work" >&2; else rm -rf "$work"; fi
-}
-trap finish EXIT
-failures=0
-fail() { echo "FAIL: $*" >&2; failures=$((failures + 1)); }
-
-exec {display_fd}<> <(:)
-Xvfb -displayfd "$display_fd" -screen 0 1400x900x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
-xvfb_pid=$!
-read -r -t 10 -u "$display_fd" display_number || { echo "Xvfb did not start" >&2; exit 1; }
-export DISPLAY=":$display_number"
-export QT_QPA_PLATFORM=xcb  # the test suite runs the others offscreen
+source "$(dirname "$0")/xvfb_session.sh" keyboard_xvfb_test sox
 
 mkdir -m 700 -p "$work/home/run"
 HOME="$work/home" XDG_RUNTIME_DIR="$work/home/run" LIRENZA_NOTE_TRACE="$work/trace" \
@@ -54,10 +33,6 @@ sleep 3  # the start pause, and the sound fonts loading after the first paint
 # The finger square of a note in the window: the violin canvas stands at (210, 352),
 # finger cell c of string s at (90 + 25c, 11s + 174) in it.
 finger() { echo "15x15+$((X + 210 + 90 + 25 * $2))+$((Y + 352 + 11 * $1 + 174))"; }
-shot() { import -window root -crop "${WIDTH}x${HEIGHT}+${X}+${Y}" +repage "$shots/$1.png"; }
-same() {  # same A B BOX: the box looks the same in both pictures
-  [ "$(compare -metric AE -extract "$3" "$shots/$1.png" "$shots/$2.png" null: 2>&1)" = 0 ]
-}
 finger_b=$(finger 4 5)      # B: C4 in first position, G string, fifth cell
 finger_semi=$(finger 3 6)   # ;: G#4, D string, sixth cell
 

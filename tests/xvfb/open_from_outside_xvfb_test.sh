@@ -9,25 +9,7 @@
 # Usage: open_from_outside_xvfb_test.sh PROGRAM BUILD_DIR  (screenshots in $LIRENZA_SHOTS if set)
 set -u
 program=$1 build=$2
-for tool in Xvfb xdotool import compare xdg-open xdg-mime update-mime-database update-desktop-database; do
-  command -v "$tool" >/dev/null || { echo "open_from_outside: $tool is missing; run scripts/install-deps.sh" >&2; exit 1; }
-done
-work=$(mktemp -d)
-shots=${LIRENZA_SHOTS:-$work}
-mkdir -p "$shots"
-xvfb_pid= app_pid=
-stop_program() {
-  [ -n "$app_pid" ] && kill "$app_pid" 2>/dev/null && wait "$app_pid" 2>/dev/null
-  app_pid=
-}
-finish() {
-  stop_program
-  [ -n "$xvfb_pid" ] && kill "$xvfb_pid" 2>/dev/null && wait "$xvfb_pid" 2>/dev/null
-  rm -rf "$work"
-}
-trap finish EXIT
-failures=0
-fail() { echo "FAIL: $*" >&2; failures=$((failures + 1)); }
+source "$(dirname "$0")/xvfb_session.sh" open_from_outside xdg-open xdg-mime update-mime-database update-desktop-database
 
 # The desktop as a user's would be: the launcher and the MIME type installed and their
 # databases built, the program on PATH under its own name, nothing else of the machine's
@@ -45,13 +27,6 @@ export HOME=$work/home XDG_DATA_HOME=$work/home/data XDG_CONFIG_HOME=$work/home/
 export XDG_RUNTIME_DIR=$work/home/run XDG_DATA_DIRS=$prefix/share:/usr/share XDG_CONFIG_DIRS=$work/none
 mkdir -m 700 -p "$XDG_RUNTIME_DIR" "$XDG_DATA_HOME" "$XDG_CONFIG_HOME"
 export LIRENZA_AUDIO_DRIVER=file LIRENZA_AUDIO_CAPTURE=/dev/null
-
-exec {display_fd}<> <(:)
-Xvfb -displayfd "$display_fd" -screen 0 1400x900x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
-xvfb_pid=$!
-read -r -t 10 -u "$display_fd" display_number || { echo "Xvfb did not start" >&2; exit 1; }
-export DISPLAY=":$display_number"
-export QT_QPA_PLATFORM=xcb  # the test suite runs the others offscreen
 
 # Two scores with titles and notes of their own, in a folder whose name has a space.
 mkdir -p "$work/楽譜 箱"
@@ -84,12 +59,8 @@ start_program() {
   eval "$(xdotool getwindowgeometry --shell "$window")"
   sleep 3  # the start pause and the sound fonts, so nothing moves after the shot
 }
-shot() { import -window root -crop "${WIDTH}x${HEIGHT}+${X}+${Y}" +repage "$shots/$1.png"; }
 # The title field and the staff of the window; they must match as a whole.
 title_box=275x15+100+30 staff_box=868x140+120+60
-same() {  # same A B BOX
-  [ "$(compare -metric AE -extract "$3" "$shots/$1.png" "$shots/$2.png" null: 2>&1)" = 0 ]
-}
 # The close question the running window asks before a score replaces its staff: the
 # start's captions and every opened score count as changes, so it comes each time. Its
 # default button is "保存しない", so Return answers it without saving.
