@@ -176,10 +176,12 @@ QPainterPath BeardShape(const Sitter& s) {
     case kMoustache: beard.addPath(Smooth({{17, -12}, {25, -11}, {27, -6}, {19, -7}})); break;
     case kMoustacheGoatee:
       beard.addPath(Smooth({{17, -12}, {25, -11}, {27, -6}, {19, -7}}));
-      beard.addPath(Smooth({{18, 0}, {24, 2}, {24, 14}, {18, 12}}));
+      beard.addPath(Smooth({{16, -2}, {22, -1}, {24, 8}, {20, 14}, {15, 8}}));  // grown from the chin
       break;
     case kFullBeard:
-      beard.addPath(Smooth({{24, -10}, {28, 4}, {24, 24}, {10, 30}, {-4, 16}, {-8, -8}, {10, -6}}));
+      // From the sideburn down the cheek and round the chin, with the moustache over the lip.
+      beard.addPath(Smooth({{-1, -22}, {6, -14}, {16, -11}, {25, -10}, {27, -5}, {27, 6}, {24, 20},
+                            {14, 29}, {2, 27}, {-6, 14}, {-5, -4}}));
       break;
     case kBigMoustache:
       beard.addPath(Smooth({{14, -12}, {26, -12}, {34, -10}, {30, -6}, {20, -6}}));
@@ -349,6 +351,28 @@ void DrawPortrait(QPainter& p, int index, QColor /*ink: the portraits are in col
   lapel.moveTo(4, 34);
   lapel.cubicTo(14, 44, 20, 56, 22, 70);
   p.drawPath(lapel);
+  // Under a wing collar the shirt front shows in the coat's opening, closed below by
+  // its buttons.
+  if (s.collar == kWing) {
+    QPainterPath shirt;
+    shirt.moveTo(5, 33);
+    shirt.lineTo(15, 34);
+    shirt.cubicTo(18, 40, 20, 46, 21, 52);
+    shirt.cubicTo(16, 46, 10, 40, 5, 33);
+    QLinearGradient front(10, 33, 20, 52);
+    front.setColorAt(0, QColor(0xf2, 0xee, 0xe6));
+    front.setColorAt(1, QColor(0xb8, 0xb2, 0xa8));
+    p.fillPath(shirt.intersected(coat), front);
+  }
+  p.setPen(Qt::NoPen);
+  for (double y : {54.0, 64.0}) {
+    QRadialGradient button(QPointF(23.5, y - 0.6), 2.0);
+    button.setColorAt(0, coatColour.lighter(260));
+    button.setColorAt(1, coatColour.darker(130));
+    p.setBrush(button);
+    p.drawEllipse(QPointF(24, y), 1.6, 1.6);
+  }
+  p.setBrush(Qt::NoBrush);
 
   std::vector<QRectF> ruffles;
   QPainterPath collar = CollarShape(s, &ruffles);
