@@ -1,8 +1,10 @@
 #include "music_font.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <array>
 #include <cstdint>
 
@@ -193,13 +195,64 @@ QPainterPath MusicFont::Glyph(const std::string& name, double staffSpace) const 
   return scale.map(path);
 }
 
-QString FindEmmentaler() {
-  QDir root(QStringLiteral("/usr/share/lilypond"));
-  for (const QString& version : root.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::Reversed)) {
-    QString path = root.filePath(version + QStringLiteral("/fonts/otf/emmentaler-20.otf"));
-    if (QFile::exists(path)) return path;
+QStringList MusicFontFolders() {
+  const QString fromEnvironment = qEnvironmentVariable("LIRENZA_FONTS_DIR");
+  if (!fromEnvironment.isEmpty()) return {fromEnvironment};
+  QStringList folders;
+#ifdef LIRENZA_BUILD_FONTS_DIR
+  folders << QStringLiteral(LIRENZA_BUILD_FONTS_DIR);
+#endif
+  if (QCoreApplication::instance())
+    folders << QDir::cleanPath(QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../share/lirenza/fonts")));
+#ifdef LIRENZA_INSTALLED_FONTS_DIR
+  folders << QStringLiteral(LIRENZA_INSTALLED_FONTS_DIR);
+#endif
+  // Newest LilyPond first: its folder name carries the version.
+  QDir lilypond(QStringLiteral("/usr/share/lilypond"));
+  for (const QString& version : lilypond.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::Reversed))
+    folders << lilypond.filePath(version + QStringLiteral("/fonts/otf"));
+  return folders;
+}
+
+QString FirstMusicFontIn(const QStringList& folders) {
+  for (const QString& folder : folders) {
+    const QString path = QDir(folder).filePath(QString::fromLatin1(kMusicFontFile));
+    if (QFileInfo(path).isFile()) return path;
   }
   return {};
+}
+
+QString FindEmmentaler() { return FirstMusicFontIn(MusicFontFolders()); }
+
+std::unique_ptr<MusicFont> LoadRunTimeMusicFont(QString* error) {
+  const QString path = FindEmmentaler();
+  if (path.isEmpty()) {
+    if (error)
+      *error = QStringLiteral("the music font %1 is in none of %2")
+                   .arg(QString::fromLatin1(kMusicFontFile), MusicFontFolders().join(QStringLiteral(", ")));
+    return nullptr;
+  }
+  auto font = std::make_unique<MusicFont>();
+  if (!font->Load(path)) {
+    if (error) *error = font->Error();
+    return nullptr;
+  }
+  return font;
+}
+
+const MusicFont* RunTimeMusicFont(QString* error) {
+  struct Loaded {
+    std::unique_ptr<MusicFont> font;
+    QString error;
+  };
+  // A function's static is built once even when threads race for it.
+  static const Loaded loaded = [] {
+    Loaded result;
+    result.font = LoadRunTimeMusicFont(&result.error);
+    return result;
+  }();
+  if (!loaded.font && error) *error = loaded.error;
+  return loaded.font.get();
 }
 
 }  // namespace lirenza::pictures

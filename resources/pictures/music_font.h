@@ -5,7 +5,9 @@
 #include <QPainterPath>
 #include <QRawFont>
 #include <QString>
+#include <QStringList>
 #include <map>
+#include <memory>
 #include <string>
 
 class QByteArray;
@@ -34,7 +36,25 @@ class MusicFont {
   QString error_;
 };
 
-// The font file of the lilypond-fonts package, whatever its version directory.
+// The music font's file name in a folder of the program's own fonts.
+inline constexpr const char* kMusicFontFile = "emmentaler-20.otf";
+
+// The folders that may hold the music font, in the order they are asked: the one
+// LIRENZA_FONTS_DIR names (alone, when set: a test or a user means exactly that one),
+// else the build tree's, the one beside the installed program, the install prefix's,
+// and last the lilypond-fonts package's own, whatever its version directory.
+QStringList MusicFontFolders();
+// The first of the folders that holds the font file; empty when none does.
+QString FirstMusicFontIn(const QStringList& folders);
+// The font file the program and the picture generator use; empty when there is none.
 QString FindEmmentaler();
+
+// Finds and loads the music font afresh; null, with the reason in *error, when it
+// cannot be had.
+std::unique_ptr<MusicFont> LoadRunTimeMusicFont(QString* error);
+// The music font of the running program, loaded on first use, once, from whichever
+// thread asks first. Null when it cannot be had (the reason in *error, the same on
+// every call): the caller falls back, never crashes.
+const MusicFont* RunTimeMusicFont(QString* error = nullptr);
 
 }  // namespace lirenza::pictures
