@@ -43,7 +43,7 @@ constexpr std::array<Sitter, 12> kSitters = {{
     {kWavyLong, kMoustache, kWing, 9, 0, 4, 1.0},        // Wieniawski
     {kShortWavy, kFullBeard, kWing, 9, 2, 3, 1.02},      // Joachim
     {kShortWavy, kBigMoustache, kWing, 7, 1, 2, 0.98},   // Sarasate
-    {kMane, kNone, kWing, 9, 4, 2, 1.1},                 // Ysaÿe
+    {kMane, kNone, kWing, 9, 4, 2, 1.04},                // Ysaÿe
     {kParted, kMoustache, kWing, 8, 1, 3, 1.0},          // Kreisler
 }};
 
@@ -258,7 +258,7 @@ void PaintHair(QPainter& p, const QPainterPath& hair, QColor colour, int seed) {
   light.setColorAt(1, colour.darker(170));
   p.fillPath(hair, light);
   p.save();
-  p.setClipPath(hair);
+  p.setClipPath(hair, Qt::IntersectClip);
   p.setBrush(Qt::NoBrush);
   const QColor strand = qGray(colour.rgb()) > 180 ? colour.darker(125) : colour.lighter(160);
   for (int i = 0; i < 14; ++i) {
@@ -383,7 +383,7 @@ void DrawPortrait(QPainter& p, int index, QColor /*ink: the portraits are in col
   p.setPen(QPen(QColor(0xa8, 0xa0, 0x94), 0.5));
   p.drawPath(collar);
   p.save();
-  p.setClipPath(collar);
+  p.setClipPath(collar, Qt::IntersectClip);
   RoundOff(p, ruffles, QColor(0xe8, 0xe2, 0xd8));
   p.restore();
   if (s.collar == kWing)  // and its black bow tie
@@ -402,7 +402,7 @@ void DrawPortrait(QPainter& p, int index, QColor /*ink: the portraits are in col
   overHead.closeSubpath();
   PaintHair(p, hair.intersected(overHead), hairColour, which);
   p.save();
-  p.setClipPath(hair.subtracted(face).united(hair.intersected(overHead)));
+  p.setClipPath(hair.subtracted(face).united(hair.intersected(overHead)), Qt::IntersectClip);
   RoundOff(p, curls, hairColour);
   p.restore();
   const QPainterPath beard = BeardShape(s);
